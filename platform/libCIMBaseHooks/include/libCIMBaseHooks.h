@@ -1,0 +1,41 @@
+/// IPMI 2.0 sessions to the service processor's own command interface, and raw commands on them.
+#pragma once
+
+#include <assert.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// A session. The caller provides it, zeroes it and never looks inside; no two threads share one.
+typedef struct IpmiSession {
+    uint8_t opaque[42];
+} IpmiSession;
+
+static_assert(sizeof(IpmiSession) == 42, "");
+
+/// Opens a session in the caller's zeroed object and logs in. 0 when the session stands.
+int CIM_Create_IPMI20_Session(IpmiSession *session, const char *target, uint16_t port, const char *userName,
+                              const char *password, uint8_t authenticationType, int zero1, int zero2,
+                              uint8_t *confidentialityAlgorithm, uint8_t privilegeLevel,
+                              uint8_t authenticationAlgorithm, uint8_t integrityAlgorithm, int zero3,
+                              int zero4, int timeout);
+
+/// Closes a session. Harmless on a zeroed object that never became a session.
+int CIM_Close_Session(IpmiSession *session);
+
+/// Sends one command and waits for the response.
+///
+/// `netFnLun` is the network function in the high six bits and the LUN in the low two, as on the wire.
+/// `*responseLength` holds the size of `response` on entry and the number of bytes delivered on return; the
+/// first byte of a response is the completion code. The low 16 bits of the result are 0 on success, 0x0100 +
+/// completion code when the command was answered with one other than 0, and any other value when no response
+/// came.
+int LIBIPMI_Send_RAW_IPMI2_0_Command(IpmiSession *session, int zero, uint8_t netFnLun, uint8_t command,
+                                     const uint8_t *request, uint32_t requestLength, uint8_t *response,
+                                     uint32_t *responseLength, int timeout);
+
+#ifdef __cplusplus
+}
+#endif

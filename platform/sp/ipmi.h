@@ -1,0 +1,46 @@
+/// The service processor's IPMI command interface.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace sp {
+
+using RequestData = std::span<const uint8_t>;
+using ResponseData = std::vector<uint8_t>;
+
+/// Completion codes of the IPMI standard, as far as they occur here.
+enum CompletionCodes : uint8_t {
+    IpmiOk = 0x00,
+    IpmiInvalidCommand = 0xC1,
+    IpmiRequestLengthInvalid = 0xC7,
+    IpmiNotPresent = 0xCB,
+    IpmiUnspecifiedError = 0xFF,
+};
+
+/// Does what one command asks for: takes the data bytes behind the command, and behind the sub-command where
+/// there is one, appends the response's data and gives the completion code.
+using IpmiHandler = uint8_t(RequestData request, ResponseData &response);
+
+/// A command that the service processor knows.
+struct IpmiCommand {
+    uint8_t net_function;
+    uint8_t command;
+    int sub_command;       ///< behind the maker's three identification bytes; NoSubCommand without them
+    size_t request_length; ///< the data bytes that it needs
+    IpmiHandler *handler;
+};
+constexpr int NoSubCommand = -1;
+
+using IpmiCommands = std::span<const IpmiCommand>;
+
+/// All of them.
+extern const IpmiCommands ipmi_commands;
+
+/// Executes a command. The response begins with the completion code; with one other than 0 there is no data
+/// behind it but the identification that the request came with.
+ResponseData execute_ipmi(uint8_t net_function, uint8_t command, RequestData request,
+                          IpmiCommands commands = ipmi_commands);
+
+} // namespace sp

@@ -1,0 +1,9 @@
+/// The SQL files of this folder as texts; the build generates their definitions.
+#pragma once
+
+namespace sp {
+
+extern const char *const schema_sql; ///< the tables
+extern const char *const sample_sql; ///< the rows of the sample server
+
+} // namespace sp

@@ -1,0 +1,153 @@
+#include "ipmi.h"
+
+#include "libCIMBaseHooks.h"
+#include "sample_server.h"
+
+namespace {
+
+using Data = std::vector<uint8_t>;
+
+/// A command on a session: result and response.
+struct Exchange {
+    int result;
+    Data response;
+};
+
+Exchange send(IpmiSession *session, uint8_t netFnLun, uint8_t command, const Data &request,
+              uint32_t room = 64) {
+    Data response(room + 1, 0xEE);
+    uint32_t length = room;
+    const int result =
+        LIBIPMI_Send_RAW_IPMI2_0_Command(session, 0, netFnLun, command, request.data(),
+                                         static_cast<uint32_t>(request.size()), response.data(), &length, 30);
+    EXPECT_LE(length, room);
+    EXPECT_EQ(response.back(), 0xEE) << "written past the caller's buffer";
+    response.resize(length);
+    return {result, response};
+}
+
+TEST_F(SessionOpen, TellsItsPowerOnHours) {
+    sp::sql("UPDATE power_on_hours SET MinutesPerCount = 4, Counter = 250");
+    const Exchange exchange = send(&session, 0x00, 0x0F, {});
+    EXPECT_EQ(exchange.result, 0);
+    EXPECT_EQ(exchange.response, (Data{0x00, 4, 250, 0, 0, 0}));
+}
+
+TEST_F(SessionOpen, TellsItsDeviceId) {
+    sp::sql("UPDATE device_id SET DeviceId = 1, DeviceRevision = 2, FirmwareMajor = 3, FirmwareMinor = 0x45, "
+            "IpmiVersion = 2, AdditionalDeviceSupport = 0xBF, ManufacturerId = 0x0A0B0C, ProductId = 0x0D0E, "
+            "AuxiliaryFirmware = 0x01020304");
+    EXPECT_EQ(send(&session, 0x18, 0x01, {}).response,
+              (Data{0x00, 1, 2, 3, 0x45, 2, 0xBF, 0x0C, 0x0B, 0x0A, 0x0E, 0x0D, 4, 3, 2, 1}));
+}
+
+TEST_F(SessionOpen, TellsItsChassisStatus) {
+    sp::sql("UPDATE chassis_status SET CurrentPowerState = 0x21, LastPowerEvent = 0x10, MiscellaneousState = "
+            "0x40, "
+            "FrontPanelButtons = 0x0F");
+    EXPECT_EQ(send(&session, 0x00, 0x01, {}).response, (Data{0x00, 0x21, 0x10, 0x40, 0x0F}));
+}
+
+TEST_F(SessionOpen, RefusesCommandsThatItDoesNotKnow) {
+    const struct {
+        uint8_t netFnLun, command;
+        Data request;
+    } cases[] = {{0x00, 0x7E, {}}, {0x20, 0x0F, {}}, {0xB8, 0x01, {0x80, 0x28, 0x00, 0xEE}}};
+    for (const auto &unknown : cases) {
+        const Exchange exchange = send(&session, unknown.netFnLun, unknown.command, unknown.request);
+        EXPECT_EQ(exchange.result, 0x1C1);
+        EXPECT_EQ(exchange.response.front(), 0xC1);
+    }
+}
+
+TEST_F(SessionOpen, DeliversAsMuchOfAResponseAsTheCallerHasRoomFor) {
+    EXPECT_EQ(send(&session, 0x00, 0x0F, {}, 3).response.size(), 3u);
+    EXPECT_EQ(send(&session, 0x00, 0x0F, {}, 0).response.size(), 0u);
+}
+
+TEST_F(SessionOpen, AnswersThatATableIsEmptyWithACompletionCode) {
+    sp::sql("DELETE FROM power_on_hours");
+    const Exchange exchange = send(&session, 0x00, 0x0F, {});
+    EXPECT_EQ(exchange.result, 0x1CB);
+    EXPECT_EQ(exchange.response, (Data{0xCB}));
+}
+
+TEST_F(SessionOpen, FailsACommandInAllTheWaysThatASendCanFail) {
+    const struct {
+        sp::Fault fault;
+        int result;
+        Data response;
+    } cases[] = {
+        {{}, 0x2001, {}},                   // nothing came back
+        {{.result = 0x1C9}, 0x1C9, {0xC9}}, // answered with a completion code
+        {{.result = 0xC9}, 0, {0xC9}},      // the same, but the send counts as a success
+        {{.result = -1}, -1, {}},
+    };
+    for (const auto &told : cases) {
+        sp::clear_faults();
+        sp::fail("LIBIPMI_Send_RAW_IPMI2_0_Command", told.fault);
+        const Exchange exchange = send(&session, 0x00, 0x0F, {});
+        EXPECT_EQ(exchange.result, told.result);
+        EXPECT_EQ(exchange.response, told.response);
+    }
+}
+
+// Commands that tell which of them was executed, and with what.
+template <uint8_t Which> uint8_t echo(sp::RequestData request, sp::ResponseData &response) {
+    response.push_back(Which);
+    response.insert(response.end(), request.begin(), request.end());
+    return sp::IpmiOk;
+}
+
+uint8_t give_up(sp::RequestData, sp::ResponseData &response) {
+    response.push_back(0x77);
+    return 0xD5;
+}
+
+constexpr sp::IpmiCommand own_commands[] = {
+    {0x2E, 0x01, 0x10, 0, echo<1>},
+    {0x2E, 0x01, 0x11, 2, echo<2>},
+    {0x2E, 0x03, 0x10, 0, give_up},
+    {0x06, 0x01, sp::NoSubCommand, 1, echo<3>},
+};
+
+TEST(IpmiProcessor, MatchesNetFunctionCommandAndSubCommand) {
+    const struct {
+        uint8_t net_function, command;
+        Data request, response;
+    } cases[] = {
+        {0x2E, 0x01, {0x80, 0x28, 0x00, 0x10}, {0x00, 0x80, 0x28, 0x00, 1}},
+        {0x2E, 0x01, {0x80, 0x28, 0x00, 0x10, 0xAA}, {0x00, 0x80, 0x28, 0x00, 1, 0xAA}},
+        {0x2E, 0x01, {0x80, 0x28, 0x00, 0x11, 5, 6}, {0x00, 0x80, 0x28, 0x00, 2, 5, 6}},
+        {0x06, 0x01, {9}, {0x00, 3, 9}},
+        // too short
+        {0x2E, 0x01, {0x80, 0x28, 0x00, 0x11, 5}, {0xC7, 0x80, 0x28, 0x00}},
+        {0x2E, 0x01, {0x80, 0x28, 0x00}, {0xC7, 0x80, 0x28, 0x00}},
+        {0x2E, 0x01, {0x80}, {0xC7}},
+        {0x06, 0x01, {}, {0xC7}},
+        // unknown sub-command, identification, command, net function
+        {0x2E, 0x01, {0x80, 0x28, 0x00, 0x12}, {0xC1, 0x80, 0x28, 0x00}},
+        {0x2E, 0x01, {0x81, 0x28, 0x00, 0x10}, {0xC1}},
+        {0x2E, 0x02, {0x80, 0x28, 0x00, 0x10}, {0xC1, 0x80, 0x28, 0x00}},
+        {0x07, 0x01, {9}, {0xC1}},
+        // no data behind a completion code of a command's own
+        {0x2E, 0x03, {0x80, 0x28, 0x00, 0x10}, {0xD5, 0x80, 0x28, 0x00}},
+    };
+    for (const auto &exchange : cases) {
+        EXPECT_EQ(sp::execute_ipmi(exchange.net_function, exchange.command, exchange.request, own_commands),
+                  exchange.response);
+    }
+}
+
+TEST(IpmiProcessor, KnowsEachCommandOnce) {
+    for (const sp::IpmiCommand &command : sp::ipmi_commands) {
+        int same = 0;
+        for (const sp::IpmiCommand &other : sp::ipmi_commands) {
+            same += command.net_function == other.net_function && command.command == other.command &&
+                    command.sub_command == other.sub_command;
+        }
+        EXPECT_EQ(same, 1) << int{command.net_function} << ' ' << int{command.command};
+    }
+}
+
+} // namespace

@@ -1,0 +1,80 @@
+#include "notify.h"
+
+#include <sys/ipc.h>
+#include <sys/msg.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <fstream>
+
+#include "sample_server.h"
+
+namespace {
+
+struct Wire {
+    long type;
+    unsigned char body[8];
+};
+
+/// Queues on a file of the test's own.
+struct Queues : testing::Test {
+    Folder folder;
+    std::string file = folder / "notify";
+    Queues() {
+        std::ofstream(file) << "";
+        sp::remove_notify_queues(file); // of a test that broke off and whose file had the same number
+        sp::create_notify_queues(file);
+    }
+    ~Queues() override { sp::remove_notify_queues(file); }
+
+    int queue(int project) const { return msgget(ftok(file.c_str(), project), 0); }
+    void register_process(long pid, std::initializer_list<unsigned char> body) const {
+        Wire message{pid, {}};
+        std::copy(body.begin(), body.end(), message.body);
+        ASSERT_EQ(msgsnd(queue(1), &message, body.size(), 0), 0);
+    }
+};
+
+TEST_F(Queues, GiveTheProcessesThatRegisteredForTheMaskInTheirOrder) {
+    register_process(77, {0x41, 0x25, 0, 0, 0, 0, 0, 0});
+    register_process(78, {0x25, 0x41, 0, 0, 0, 0, 0, 0}); // for something else
+    register_process(79, {0x41, 0x25});                   // too short
+    register_process(76, {0x41, 0x25, 0, 0, 0, 0, 0, 0});
+    EXPECT_EQ(sp::take_registrations(file), (std::vector<pid_t>{77, 76}));
+    EXPECT_TRUE(sp::take_registrations(file).empty());
+}
+
+TEST_F(Queues, CarryANotificationToTheProcessThatItIsFor) {
+    sp::post_notification(77, file);
+    Wire message;
+    EXPECT_EQ(msgrcv(queue(2), &message, 8, 78, IPC_NOWAIT), -1);
+    EXPECT_EQ(msgrcv(queue(2), &message, 8, 77, IPC_NOWAIT), 8);
+    EXPECT_EQ(message.type, 77);
+}
+
+TEST_F(Queues, StayWhenTheyAreCreatedAgain) {
+    register_process(77, {0x41, 0x25, 0, 0, 0, 0, 0, 0});
+    sp::create_notify_queues(file);
+    EXPECT_EQ(sp::take_registrations(file).size(), 1u);
+}
+
+TEST_F(Queues, AreGoneOnceRemoved) {
+    sp::remove_notify_queues(file);
+    EXPECT_EQ(queue(1), -1);
+    EXPECT_EQ(queue(2), -1);
+    EXPECT_EQ(error_of([&] { sp::remove_notify_queues(file); }), "");
+    EXPECT_NE(error_of([&] { sp::post_notification(77, file); }).find("create them first"),
+              std::string::npos);
+    EXPECT_NE(error_of([&] { sp::take_registrations(file); }).find("create them first"), std::string::npos);
+}
+
+TEST_F(Queues, NeedAFileAndAPid) {
+    EXPECT_NE(error_of([&] { sp::create_notify_queues(folder / "missing"); }).find("create the file"),
+              std::string::npos);
+    for (const pid_t pid : {0, -1}) {
+        EXPECT_NE(error_of([&] { sp::post_notification(pid, file); }).find("no process has the pid"),
+                  std::string::npos);
+    }
+}
+
+} // namespace

@@ -1,0 +1,149 @@
+#include <cstring>
+
+#include "libCIMVendorHooks.h"
+#include "libcorestore.h"
+#include "libzbr_cim.h"
+#include "libzbr_cimcore.h"
+#include "sample_server.h"
+
+namespace {
+
+using sp::Handle;
+
+TEST_F(SampleServer, AcceptsALoginOnlyWithTheRightTargetUserAndPassword) {
+    const struct {
+        const char *target, *user, *password;
+        uint16_t port;
+        uint8_t privilege;
+        bool accepted;
+    } cases[] = {
+        {"127.0.0.1", "cimprovider", "k7-Vaterite-42", 623, 4, true},
+        {"127.0.0.1", "cimprovider", "k7-vaterite-42", 623, 4, false},
+        {"127.0.0.1", "cimprovider", "", 623, 4, false},
+        {"127.0.0.1", "nobody", "k7-Vaterite-42", 623, 4, false},
+        {"127.0.0.1", "cimprovider", "k7-Vaterite-42", 624, 4, false},
+        {"127.0.0.2", "cimprovider", "k7-Vaterite-42", 623, 4, false},
+        {"127.0.0.1", "watcher", "n3-Calcite-17", 623, 2, true},
+        {"127.0.0.1", "watcher", "n3-Calcite-17", 623, 4, false},
+        {nullptr, "cimprovider", "k7-Vaterite-42", 623, 4, false},
+        {"127.0.0.1", nullptr, "k7-Vaterite-42", 623, 4, false},
+        {"127.0.0.1", "cimprovider", nullptr, 623, 4, false},
+    };
+    for (const auto &login : cases) {
+        IpmiSession session{};
+        uint8_t confidentiality = 1;
+        const int result =
+            CIM_Create_IPMI20_Session(&session, login.target, login.port, login.user, login.password, 6, 0, 0,
+                                      &confidentiality, login.privilege, 1, 1, 0, 0, 30);
+        EXPECT_EQ(result == 0, login.accepted);
+        EXPECT_EQ(sp::open_handles(Handle::Session), login.accepted ? 1 : 0);
+        EXPECT_EQ(CIM_Close_Session(&session), 0);
+        EXPECT_EQ(sp::open_handles(Handle::Session), 0);
+    }
+}
+
+TEST_F(SampleServer, RefusesTheOldPasswordAfterItWasChanged) {
+    sp::sql("UPDATE login SET Password = 'new' WHERE UserName = 'cimprovider'");
+    IpmiSession session{};
+    EXPECT_NE(log_in(&session), 0);
+    EXPECT_EQ(log_in(&session, "new"), 0);
+    CIM_Close_Session(&session);
+}
+
+TEST_F(SampleServer, HandsOutALoginThatItAccepts) {
+    uint32_t handle = 0;
+    IpmiSessionInformation *information = nullptr;
+    ASSERT_EQ(zbr_oemdb_init(&handle), 0);
+    ASSERT_EQ(zbr_oemdb_get_ipmi_session_info(handle, &information), 0);
+    zbr_oemdb_close(handle);
+    ASSERT_NE(information, nullptr);
+    IpmiSession session{};
+    uint8_t confidentiality = static_cast<uint8_t>(strtol(information->ConfidentialityAlgorithm, nullptr, 0));
+    EXPECT_EQ(CIM_Create_IPMI20_Session(
+                  &session, information->Target, information->Port, information->UserName,
+                  information->Password, 6, 0, 0, &confidentiality,
+                  static_cast<uint8_t>(strtol(information->PrivilegeLevel, nullptr, 0)), 1, 1, 0, 0, 30),
+              0);
+    CIM_Close_Session(&session);
+    free(information);
+}
+
+TEST_F(SampleServer, GivesNoSessionInformationWhenThereIsNone) {
+    sp::sql("DELETE FROM session_information");
+    uint32_t handle = 0;
+    IpmiSessionInformation *information = nullptr;
+    ASSERT_EQ(zbr_oemdb_init(&handle), 0);
+    EXPECT_EQ(zbr_oemdb_get_ipmi_session_info(handle, &information) & 0xFFFF, 1);
+    zbr_oemdb_close(handle);
+}
+
+TEST_F(SampleServer, ClosesAZeroedSessionAndRefusesAnythingElseThatNeverOpened) {
+    IpmiSession session{};
+    EXPECT_EQ(CIM_Close_Session(&session), 0);
+    memset(&session, 0xA5, sizeof session);
+    EXPECT_NE(CIM_Close_Session(&session), 0);
+    EXPECT_NE(CIM_Close_Session(nullptr), 0);
+}
+
+TEST_F(SampleServer, TakesNoCommandOnASessionThatIsNotOpen) {
+    IpmiSession closed{};
+    ASSERT_EQ(log_in(&closed), 0);
+    const IpmiSession copy = closed;
+    CIM_Close_Session(&closed);
+    for (IpmiSession session : {closed, copy}) {
+        uint8_t bytes[16], code = 0;
+        uint16_t length = 1, state = 0;
+        uint32_t response_length = sizeof bytes;
+        EXPECT_NE(
+            LIBIPMI_Send_RAW_IPMI2_0_Command(&session, 0, 0x18, 1, nullptr, 0, bytes, &response_length, 30),
+            0);
+        EXPECT_NE(ZBR_CIM_GetConfigSpaceVariables(&session, 0x84, 0, &code, bytes, &length, 30), 0);
+        EXPECT_NE(ZBR_CIM_SetConfigSpaceVariables(&session, 0x84, 0, bytes, 1, 30), 0);
+        EXPECT_NE(ZBR_CIM_GetFullSensorReading(&session, 1, nullptr, bytes, nullptr, 30), 0);
+        EXPECT_NE(ZBR_CIM_GetCompactSensorReading(&session, 0x90, 0, &state, 30), 0);
+        EXPECT_NE(ZBR_CIM_GetBIOSRecoveryFlash(&session, bytes, 30), 0);
+        EXPECT_NE(ZBR_CIM_SetBIOSRecoveryFlash(&session, 1, 30), 0);
+        EXPECT_NE(ZBR_CIM_ResetPowerOnHours(&session, 30), 0);
+        EXPECT_NE(CIM_Get_MACAddress(&session, bytes, 2, 30), 0);
+    }
+}
+
+TEST_F(SampleServer, ActsOnlyForAPrincipalThatItKnows) {
+    const struct {
+        const char *address, *principal;
+        bool accepted;
+    } cases[] = {{"192.0.2.7", "admin", true},
+                 {nullptr, "admin", true},
+                 {"192.0.2.7", "mallory", false},
+                 {"192.0.2.7", "", false},
+                 {"192.0.2.7", nullptr, false}};
+    for (const auto &client : cases) {
+        IpmiSession session{};
+        EXPECT_EQ(ZBR_CIM_CreateAuthenticatedLocalSession(&session, client.address, client.principal, 30) ==
+                      0,
+                  client.accepted);
+        CIM_Close_Session(&session);
+    }
+}
+
+TEST_F(SampleServer, TellsHandlesOfItsDatabasesApart) {
+    uint32_t core = 0, oem = 0;
+    ASSERT_EQ(db_init(&core), 0);
+    ASSERT_EQ(zbr_oemdb_init(&oem), 0);
+    EXPECT_EQ(sp::open_handles(Handle::CoreDb), 1);
+    EXPECT_EQ(sp::open_handles(Handle::OemDb), 1);
+    int count = 0;
+    FruRow *fru = nullptr;
+    RegisteredProfileRow *profiles = nullptr;
+    EXPECT_EQ(db_get_all_fru_info(oem, &count, &fru), 1);
+    EXPECT_EQ(zbr_oemdb_get_all_reg_prof_info(core, &count, &profiles), 1);
+    EXPECT_EQ(db_close(oem), 1);
+    EXPECT_EQ(zbr_oemdb_close(core), 1);
+    EXPECT_EQ(db_close(core), 0);
+    EXPECT_EQ(zbr_oemdb_close(oem), 0);
+    EXPECT_EQ(db_close(core), 1) << "closed twice";
+    EXPECT_EQ(db_init(nullptr), 1);
+    EXPECT_EQ(zbr_oemdb_init(nullptr), 1);
+}
+
+} // namespace
