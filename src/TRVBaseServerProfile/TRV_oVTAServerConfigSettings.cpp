@@ -1,0 +1,180 @@
+// TRV_oVTAServerConfigSettings: the one instance of the server's own configuration variables (fan test,
+// restart and retry behaviour), of the BIOS recovery flash flag, which isn't a variable, and of the power-on
+// counter, which a method resets. Unlike most settings classes it needs every one of its values: a read that
+// fails, fails the enumeration.
+#include "TRVBaseServerProfile/TRV_oVTAServerConfigSettings.h"
+
+#include "Utilities/ConfigSpace.h"
+#include "Utilities/Owners.h"
+#include "Utilities/PH_OEM_ModifiableProperties.h"
+#include "Utilities/Text.h"
+
+#include "libzbr_cim.h"
+
+#include <cstring>
+
+namespace {
+
+using R = ServerConfigSettingsRecord;
+
+constexpr Key<R> keys[] = {
+    {"InstanceID", FIELD(R, InstanceID)},
+};
+
+constexpr Property<R> properties[] = {
+    {"BIOSRecoveryFlash", CMPI_boolean, FIELD(R, BIOSRecoveryFlash)},
+    {"Caption", CMPI_chars, FIELD(R, Caption)},
+    {"Description", CMPI_chars, FIELD(R, Description)},
+    {"ElementName", CMPI_chars, FIELD(R, ElementName)},
+    {.name = "PowerOnCounter",
+     .type = CMPI_dateTime,
+     .field = FIELD(R, PowerOnCounter),
+     .flags = PH_OEM_PROP_INTERVAL},
+    {"ConfDisableFanTest", CMPI_boolean, FIELD(R, ConfDisableFanTest)},
+    {"ConfErrorOffRestartTime", CMPI_uint16, FIELD(R, ConfErrorOffRestartTime)},
+    {"ConfFanDailyTestTime", CMPI_uint16, FIELD(R, ConfFanDailyTestTime)},
+    {"ConfPowerCycleDelay", CMPI_uint8, FIELD(R, ConfPowerCycleDelay)},
+    {"ConfRebootRetryCounter", CMPI_uint8, FIELD(R, ConfRebootRetryCounter)},
+    {"ConfRetryCounterMax", CMPI_uint8, FIELD(R, ConfRetryCounterMax)},
+    {"ConfTempCriticalPowerOff", CMPI_boolean, FIELD(R, ConfTempCriticalPowerOff)},
+};
+
+int WriteRecoveryFlash(IpmiSession *session, const CMPIValue &value) {
+    return ZBR_CIM_SetBIOSRecoveryFlash(session, value.boolean, backend_timeout);
+}
+
+// The variables, in the order in which they are read; all can be modified.
+struct Variable {
+    const char *name;
+    CMPIType type;
+    std::uint16_t id;
+    Field<R> field;
+};
+constexpr Variable variables[] = {
+    {"ConfDisableFanTest", CMPI_boolean, 0x0084, FIELD(R, ConfDisableFanTest)},
+    {"ConfErrorOffRestartTime", CMPI_uint16, 0x0032, FIELD(R, ConfErrorOffRestartTime)},
+    {"ConfFanDailyTestTime", CMPI_uint16, 0x0080, FIELD(R, ConfFanDailyTestTime)},
+    {"ConfPowerCycleDelay", CMPI_uint8, 0x00A2, FIELD(R, ConfPowerCycleDelay)},
+    {"ConfRebootRetryCounter", CMPI_uint8, 0x0030, FIELD(R, ConfRebootRetryCounter)},
+    {"ConfRetryCounterMax", CMPI_uint8, 0x0033, FIELD(R, ConfRetryCounterMax)},
+    {"ConfTempCriticalPowerOff", CMPI_boolean, 0x0077, FIELD(R, ConfTempCriticalPowerOff)},
+};
+
+// What a client may change: the flag, then the variables.
+constexpr auto modifiable = [] {
+    std::array<ModifiableProperty, 1 + std::size(variables)> table{};
+    table[0] = {.name = "BIOSRecoveryFlash", .readAs = CMPI_boolean, .id = 0, .write = WriteRecoveryFlash};
+    for (std::size_t i = 0; i < std::size(variables); ++i) {
+        const Variable &variable = variables[i];
+        table[i + 1] = {.name = variable.name,
+                        .readAs = variable.type,
+                        .id = variable.id,
+                        .width = static_cast<std::uint8_t>(variable.field.place.size)};
+    }
+    return table;
+}();
+
+// A session that can't be opened is only traced here: the client sees success.
+constexpr ModifyTable modify = {
+    .properties = modifiable,
+    .variant = ModifyVariant::CheckPath,
+    .texts =
+        [] {
+            ModifyTexts texts = check_path_texts;
+            texts.noSession = {};
+            return texts;
+        }(),
+};
+
+bool ReadSettings(IpmiSession *session, R &record) {
+    if (ZBR_CIM_GetBIOSRecoveryFlash(session, &record.BIOSRecoveryFlash, backend_timeout) != 0) {
+        TRACE(TraceFailure, "Failed to read BIOS recovery flash status");
+        return false;
+    }
+    for (const Variable &variable : variables) {
+        void *field = reinterpret_cast<char *>(&record) + variable.field.place.offset;
+        const auto width = static_cast<std::uint16_t>(variable.field.place.size);
+        if (ReadVariable(session, variable.id, 0, field, width) != 0) {
+            TRACE(TraceFailure, "Failed to read %s", variable.name);
+            return false;
+        }
+    }
+    return true;
+}
+
+// The time that the server has been on, by the IPMI command Get POH Counter: completion code, minutes per
+// count and a signed 32-bit count.
+bool ReadPowerOnCounter(std::uint64_t &microseconds) {
+    constexpr std::uint64_t microseconds_per_minute = 60'000'000;
+    constexpr std::uint8_t chassis_netfn = 0x00;
+    constexpr std::uint8_t get_poh_counter = 0x0F;
+    std::uint8_t response[6] = {};
+    std::uint32_t length = sizeof response;
+    if (PH_OEM_SendIPMICommand(chassis_netfn, get_poh_counter, nullptr, 0, response, &length) != 0 ||
+        length < sizeof response || response[0] != 0) {
+        TRACE(TraceFailure, "Get POH failed");
+        return false;
+    }
+    std::int32_t count;
+    std::memcpy(&count, response + 2, sizeof count);
+    microseconds = response[1] * microseconds_per_minute * static_cast<std::uint64_t>(std::int64_t{count});
+    return true;
+}
+
+bool FillRecord(R &record) {
+    IpmiSession session{};
+    const SessionOwner owner{&session};
+    if (PH_OEM_CreateIPMISession(&session) != 0) {
+        TRACE(TraceFailure, "Create IPMI session failed");
+        return false;
+    }
+    if (!ReadSettings(&session, record)) {
+        return false;
+    }
+    SetText(record.Description, "Collection of important configuration space values for a MARLOVEN server");
+    SetText(record.ElementName, "Configuration Space Settings");
+    SetText(record.Caption, "Configuration Space Settings");
+    return ReadPowerOnCounter(record.PowerOnCounter);
+}
+
+CMPIUint32 ResetPowerOnCounter(const MethodCall &call, CMPIStatus &status) {
+    constexpr CMPIUint32 failed = 2;
+    IpmiSession session{};
+    const SessionOwner owner{&session};
+    if (PH_OEM_CreateIPMISession(&session) != 0) {
+        TRACE(TraceFailure, "Create IPMI session failed");
+        return failed;
+    }
+    if (const int result = ZBR_CIM_ResetPowerOnHours(&session, backend_timeout); result != 0) {
+        TRACE(TraceFailure, "failed to reset the PowerOnHours (ret=%d)", result);
+        SetStatus(call.broker, &status, CMPI_RC_ERR_FAILED, "failed to reset the PowerOnHours");
+        return failed;
+    }
+    return 0;
+}
+
+constexpr Method methods[] = {
+    {"ResetPowerOnCounter", ResetPowerOnCounter},
+};
+
+} // namespace
+
+int PH_OEM_Enum_ServerConfigSettings_Instance(R **records, int *count, int namesOnly) {
+    TRACE(TraceProgress, "Entering %s", __func__);
+    Block<R> record{NewRecords<R>(1)};
+    if (record == nullptr) {
+        return -1;
+    }
+    SetText(record->InstanceID, "TRV:oVTAServerConfigSettings");
+    if (namesOnly == 0 && !FillRecord(*record)) {
+        return -1;
+    }
+    *records = record.release();
+    *count = 1;
+    return 0;
+}
+
+EXPORT_CLASS(ServerConfigSettings, .superclass = "CIM_SettingData", .untested = true, .methods = methods,
+             .noSuchMethod = 1);
+EXPORT_MODIFY(ServerConfigSettings, modify);
+EXPORT_METHODS(ServerConfigSettings);

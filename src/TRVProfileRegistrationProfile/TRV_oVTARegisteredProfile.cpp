@@ -1,0 +1,93 @@
+// TRV_oVTARegisteredProfile: the management profiles that this service processor implements, one instance for
+// each row of the OEM DB's table of registered profiles. Only the computer system view lists features, and
+// those aren't in the table.
+#include "TRVProfileRegistrationProfile/TRV_oVTARegisteredProfile.h"
+
+#include "Utilities/Owners.h"
+#include "Utilities/Text.h"
+
+#include "libzbr_cimcore.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+namespace {
+
+using R = RegisteredProfileRecord;
+using Row = RegisteredProfileRow;
+
+constexpr Key<R> keys[] = {
+    {"InstanceID", FIELD(R, InstanceID)},
+};
+
+constexpr Property<R> properties[] = {
+    {"RegisteredOrganization", CMPI_uint16, FIELD(R, RegisteredOrganization)},
+    {"RegisteredName", CMPI_chars, FIELD(R, RegisteredName)},
+    {"OtherRegisteredOrganization", CMPI_chars, FIELD(R, OtherRegisteredOrganization)},
+    {"RegisteredVersion", CMPI_chars, FIELD(R, RegisteredVersion)},
+    {"AdvertiseTypes", CMPI_uint16A, FIELD(R, AdvertiseTypes)},
+    {"ImplementedFeatures", CMPI_stringA, FIELD(R, ImplementedFeatures)},
+};
+
+constexpr char view_profile[] = "Physical Computer System View";
+constexpr const char *view_features[] = {
+    "DMTF:Physical AssetView",  "DMTF:CPUView",           "DMTF:SystemMemoryView", "DMTF:OSView",
+    "DMTF:Computer SystemView", "DMTF:NumericSensorView", "DMTF:Record LogView",   "DMTF:Boot ControlView",
+};
+static_assert(std::size(view_features) < std::extent_v<decltype(R::ImplementedFeatures)>);
+
+void FillRecord(R &record, const Row &row) {
+    record.RegisteredOrganization = static_cast<std::uint16_t>(row.RegisteredOrganization);
+    CopyText(record.OtherRegisteredOrganization, row.OtherRegisteredOrganization);
+    CopyText(record.RegisteredName, row.RegisteredName);
+    CopyText(record.RegisteredVersion, row.RegisteredVersion);
+    // The whole field, so that a row of more numbers than usual ends behind its last one; what doesn't fit is
+    // dropped.
+    std::ranges::fill(record.AdvertiseTypes, -1);
+    char advertiseTypes[sizeof row.AdvertiseTypes + 1];
+    CopyText(advertiseTypes, row.AdvertiseTypes);
+    FillValueList(advertiseTypes, record.AdvertiseTypes, std::size(record.AdvertiseTypes));
+    if (std::strcmp(record.RegisteredName, view_profile) == 0) {
+        std::ranges::copy(view_features, record.ImplementedFeatures);
+    }
+}
+
+} // namespace
+
+int PH_OEM_Enum_RegisteredProfile_Instance(R **records, int *count, int namesOnly) {
+    TRACE(TraceProgress, "Entering %s", __func__);
+    std::uint32_t handle = 0;
+    const OEMDBOwner handleOwner{&handle};
+    if (PH_OEM_InitOEMDB(&handle) != 0) {
+        TRACE(TraceFailure, "Failed to create handle for OEM DB Access");
+        return -1;
+    }
+    Row *rows = nullptr;
+    int rowCount = 0;
+    const int result = zbr_oemdb_get_all_reg_prof_info(handle, &rowCount, &rows);
+    const Block<Row> rowsOwner{rows};
+    if (result != 0) {
+        TRACE(TraceFailure, "Failed in zbr_oemdb_get_all_reg_prof_info");
+        return -1;
+    }
+    if (rows == nullptr || rowCount < 1) {
+        TRACE(TraceProgress, "No records from DB");
+        return 0;
+    }
+    R *block = NewRecords<R>(rowCount);
+    if (block == nullptr) {
+        return -1;
+    }
+    for (int i = 0; i < rowCount; ++i) {
+        CopyText(block[i].InstanceID, rows[i].InstanceID);
+        if (namesOnly == 0) {
+            FillRecord(block[i], rows[i]);
+        }
+    }
+    *records = block;
+    *count = rowCount;
+    return 0;
+}
+
+EXPORT_CLASS(RegisteredProfile, .superclass = "CIM_RegisteredProfile");

@@ -1,0 +1,427 @@
+#include "Utilities/ClassFrame.h"
+
+#include "Utilities/Owners.h"
+
+#include <algorithm>
+#include <cstring>
+#include <strings.h>
+
+// The frame's trace lines name the file of the class that they speak for, and the line that exports it.
+#define TRACE_CLASS(level, ...) TRACE_FROM(table.record.file, table.record.line, level, __VA_ARGS__)
+#define TRACE_RECORD(level, ...) TRACE_FROM(table.file, table.line, level, __VA_ARGS__)
+
+extern "C" const ClassTable *const __start_oem_classes[] __attribute__((visibility("hidden"), weak));
+extern "C" const ClassTable *const __stop_oem_classes[] __attribute__((visibility("hidden"), weak));
+
+std::span<const ClassTable *const> AllClasses() {
+    return {__start_oem_classes, __stop_oem_classes};
+}
+
+namespace {
+
+// The records of one operation, cleaned on every way out.
+struct Records {
+    const ClassTable &table;
+    void *block = nullptr;
+    int count = 0;
+};
+
+void CleanRecordsOf(Records *records) {
+    records->table.clean(records->block, records->count);
+}
+using RecordsOwner = std::unique_ptr<Records, Closer<CleanRecordsOf>>;
+
+void *RecordAt(const Records &records, int index) {
+    return static_cast<char *>(records.block) + static_cast<std::size_t>(index) * records.table.recordSize;
+}
+
+const char *TextAt(const void *record, FieldPlace field) {
+    return static_cast<const char *>(record) + field.offset;
+}
+
+bool EnumerateRecords(Records &records, int namesOnly) {
+    const ClassTable &table = records.table;
+    if (table.enumerate(&records.block, &records.count, namesOnly) == -1) {
+        TRACE_CLASS(TraceFailure, "Failed in PH_OEM_Enum_%s_Instance", table.name);
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+// --- Get and enumerate
+
+const char *const *KeyNames(const ClassTable &table, const char *(&names)[max_keys]) {
+    for (std::size_t i = 0; i < table.record.keys.size(); ++i) {
+        names[i] = table.record.keys[i].name;
+    }
+    return names;
+}
+
+void GetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *,
+                 const CMPIObjectPath *cop, const char **properties, const CMPIResult *rslt,
+                 CMPIStatus *status) {
+    TRACE_CLASS(TraceProgress, "Entering PH_OEM_GI_%s", table.name);
+    Records records{table};
+    const RecordsOwner owner{&records};
+    const auto fail = [&] { SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Failed to Get Instance"); };
+
+    const char *names[max_keys];
+    CMPIString *keyValues[max_keys];
+    if (PH_OEM_CheckForValidObjectPath(broker, cop, KeyNames(table, names), keyValues,
+                                       static_cast<int>(table.record.keys.size()), status) != 0 ||
+        status->rc != CMPI_RC_OK) {
+        TRACE_CLASS(TraceFailure, "Failed in CheckForValidObjectPath\n");
+        return fail();
+    }
+    if (!EnumerateRecords(records, 0)) {
+        return fail();
+    }
+    const void *record = SearchInstance(table, keyValues, records.block, records.count);
+    if (record == nullptr) {
+        TRACE_CLASS(TraceFailure, "Invalid Key Properties");
+        return fail();
+    }
+    const CMPIInstance *inst = MakeInstance(table, broker, cop, properties, record, status);
+    if (inst == nullptr || status->rc != CMPI_RC_OK) {
+        TRACE_CLASS(TraceFailure, "Failed in PH_OEM_MakeInst_%s", table.name);
+        return fail();
+    }
+    CMReturnInstance(rslt, inst);
+}
+
+void EnumerateInstances(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *,
+                        const CMPIObjectPath *cop, const char **properties, const CMPIResult *rslt,
+                        CMPIStatus *status) {
+    TRACE_CLASS(TraceProgress, "Entering PH_OEM_EI_%s", table.name);
+    Records records{table};
+    const RecordsOwner owner{&records};
+    const auto fail = [&] { SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance"); };
+
+    if (!EnumerateRecords(records, 0)) {
+        return fail();
+    }
+    for (int i = 0; i < records.count; ++i) {
+        const CMPIInstance *inst = MakeInstance(table, broker, cop, properties, RecordAt(records, i), status);
+        if (inst == nullptr || status->rc != CMPI_RC_OK) {
+            TRACE_CLASS(TraceFailure, "Inst=%d Failed in PH_OEM_MakeInst_%s", i, table.name);
+            return fail();
+        }
+        CMReturnInstance(rslt, inst);
+    }
+}
+
+void EnumerateInstanceNames(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *,
+                            const CMPIObjectPath *cop, const CMPIResult *rslt, CMPIStatus *status) {
+    TRACE_CLASS(TraceProgress, "Entering PH_OEM_EIN_%s", table.name);
+    Records records{table};
+    const RecordsOwner owner{&records};
+    const auto fail = [&] {
+        SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance Names");
+    };
+
+    if (!EnumerateRecords(records, 1)) {
+        return fail();
+    }
+    for (int i = 0; i < records.count; ++i) {
+        const CMPIObjectPath *path = MakePath(table, broker, cop, RecordAt(records, i), status);
+        if (path == nullptr || status->rc != CMPI_RC_OK) {
+            TRACE_CLASS(TraceFailure, "Inst=%d Failed in PH_OEM_MakePath_%s", i, table.name);
+            return fail();
+        }
+        CMReturnObjectPath(rslt, path);
+    }
+}
+
+CMPIArray *GetInstArray(const ClassTable &table, const CMPIObjectPath *cop, const CMPIBroker *broker,
+                        const CMPIContext *, const char **properties) {
+    TRACE_CLASS(TraceProgress, "Entering PH_OEM_%s_GetInstArray", table.name);
+    Records records{table};
+    const RecordsOwner owner{&records};
+    if (!EnumerateRecords(records, 0)) {
+        return nullptr;
+    }
+    const int count = records.count < 0 ? 0 : records.count;
+    CMPIStatus st = {CMPI_RC_OK, nullptr};
+    CMPIArray *array = CMNewArray(broker, static_cast<CMPICount>(count), CMPI_instance, &st);
+    if (st.rc != CMPI_RC_OK || array == nullptr) {
+        TRACE_CLASS(TraceFailure, "CMNewArray failed to create new instance array");
+        return nullptr;
+    }
+    for (int i = 0; i < count; ++i) {
+        CMPIInstance *inst = MakeInstance(table, broker, cop, properties, RecordAt(records, i), &st);
+        if (inst == nullptr || st.rc != CMPI_RC_OK) {
+            TRACE_CLASS(TraceFailure, "Inst=%d Failed in PH_OEM_MakeInst_%s", i, table.name);
+            return nullptr;
+        }
+        CMSetArrayElementAt(array, static_cast<CMPICount>(i), reinterpret_cast<CMPIValue *>(&inst),
+                            CMPI_instance);
+    }
+    return array;
+}
+
+// --- Search
+
+namespace {
+
+bool KeysEqual(std::span<const KeyColumn> keys, const char *const *values, const void *record) {
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        if (std::strcmp(values[i], TextAt(record, keys[i].field)) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+void *SearchInstance(const ClassTable &table, CMPIString *const *keyValues, void *records, int count) {
+    TRACE_CLASS(TraceProgress, "Entering PH_OEM_Search_%s_Instance", table.name);
+    const char *values[max_keys] = {};
+    for (std::size_t i = 0; i < table.record.keys.size(); ++i) {
+        // A key that came as an integer has no text, and no record has a key like that.
+        values[i] = keyValues[i] == nullptr ? nullptr : CMGetCharsPtr(keyValues[i], nullptr);
+        if (values[i] == nullptr) {
+            return nullptr;
+        }
+    }
+    auto *record = static_cast<char *>(records);
+    for (int i = 0; i < count; ++i, record += table.recordSize) {
+        if (KeysEqual(table.record.keys, values, record)) {
+            return record;
+        }
+    }
+    return nullptr;
+}
+
+// --- Paths and instances
+
+namespace {
+
+// A new path of the class in the namespace of the request; NULL on failure.
+CMPIObjectPath *NewClassPath(const ClassTable &table, const CMPIBroker *broker, const CMPIObjectPath *cop) {
+    const CMPIString *nameSpace = CMGetNameSpace(cop, nullptr);
+    if (nameSpace == nullptr) {
+        return nullptr;
+    }
+    CMPIObjectPath *path =
+        CMNewObjectPath(broker, CMGetCharsPtr(nameSpace, nullptr), table.className, nullptr);
+    return path == nullptr || path->hdl == nullptr ? nullptr : path;
+}
+
+bool AddKeys(const ClassTable &table, const CMPIObjectPath *path, const void *record) {
+    const std::span keys = table.pathKeys.empty() ? table.record.keys : table.pathKeys;
+    for (const KeyColumn &key : keys) {
+        if (*TextAt(record, key.field) == '\0') {
+            TRACE_CLASS(TraceFailure, "%s is empty", key.name);
+            return false;
+        }
+    }
+    for (const KeyColumn &key : keys) {
+        const auto *text = reinterpret_cast<const CMPIValue *>(TextAt(record, key.field));
+        if (CMAddKey(path, key.name, text, CMPI_chars).rc != CMPI_RC_OK) {
+            TRACE_CLASS(TraceFailure, "Failed to add key property (%s) to Object Path", key.name);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool SetKeys(const RecordTable &table, const CMPIInstance *inst, const void *record) {
+    for (const KeyColumn &key : table.keys) {
+        const char *text = TextAt(record, key.field);
+        if (*text == '\0') {
+            TRACE_RECORD(TraceFailure, "%s is empty", key.name);
+            return false;
+        }
+        if (CMSetProperty(inst, key.name, reinterpret_cast<const CMPIValue *>(text), CMPI_chars).rc !=
+            CMPI_RC_OK) {
+            TRACE_RECORD(TraceFailure, "CMSetProperty failed for %s", key.name);
+            return false;
+        }
+    }
+    return true;
+}
+
+// An integer of any width, extended by the sign only where the property has one. The processor is
+// little-endian, so that the value's first bytes serve every narrower member of the union.
+CMPIValue IntegerAt(const void *record, FieldPlace field, CMPIType type) {
+    const char *place = TextAt(record, field);
+    CMPIValue value{};
+    std::memcpy(&value, place, field.size);
+    const bool isSigned = (type & CMPI_SINT) == CMPI_SINT;
+    if (isSigned && field.size < sizeof value.sint64 && (place[field.size - 1] & 0x80) != 0) {
+        value.uint64 |= ~CMPIUint64{0} << (8 * field.size);
+    }
+    return value;
+}
+
+CMPIStatus SetArray(const CMPIBroker *broker, const CMPIInstance *inst, const PropertyColumn &property,
+                    const void *record) {
+    const char *place = TextAt(record, property.field);
+    CMPIArray *array = nullptr;
+    if (property.type == CMPI_uint16A) {
+        array = DupValueList(broker, reinterpret_cast<const std::int32_t *>(place),
+                             property.field.size / sizeof(std::int32_t));
+    } else if (property.stride == 0) {
+        array = DupPointerList(broker, reinterpret_cast<const char *const *>(place),
+                               property.field.size / sizeof(char *));
+    } else {
+        array = PH_OEM_Dup_const_string_Array(broker, place, property.stride,
+                                              static_cast<int>(property.field.size / property.stride));
+    }
+    if (array == nullptr) {
+        return CMSetProperty(inst, property.name, nullptr, property.type);
+    }
+    const CMPIStatus st =
+        CMSetProperty(inst, property.name, reinterpret_cast<const CMPIValue *>(&array), property.type);
+    CMRelease(array); // the instance has a copy
+    return st;
+}
+
+CMPIStatus SetDateTime(const CMPIBroker *broker, const CMPIInstance *inst, const PropertyColumn &property,
+                       const void *record) {
+    CMPIUint64 microseconds;
+    std::memcpy(&microseconds, TextAt(record, property.field), sizeof microseconds);
+    if (microseconds == null_datetime) {
+        return CMSetProperty(inst, property.name, nullptr, property.type);
+    }
+    const CMPIBoolean isInterval = (property.flags & PH_OEM_PROP_INTERVAL) != 0;
+    CMPIDateTime *dateTime = CMNewDateTimeFromBinary(broker, microseconds, isInterval, nullptr);
+    return CMSetProperty(inst, property.name, reinterpret_cast<const CMPIValue *>(&dateTime), property.type);
+}
+
+CMPIStatus SetOne(const CMPIBroker *broker, const CMPIInstance *inst, const PropertyColumn &property,
+                  const void *record) {
+    if ((property.type & CMPI_ARRAY) != 0) {
+        return SetArray(broker, inst, property, record);
+    }
+    if (property.type == CMPI_dateTime) {
+        return SetDateTime(broker, inst, property, record);
+    }
+    if (property.type == CMPI_chars) {
+        const char *text = TextAt(record, property.field);
+        if (property.when == When::NotEmpty && *text == '\0') {
+            return {CMPI_RC_OK, nullptr};
+        }
+        return CMSetProperty(inst, property.name, reinterpret_cast<const CMPIValue *>(text), CMPI_chars);
+    }
+    const CMPIValue value = IntegerAt(record, property.field, property.type);
+    return CMSetProperty(inst, property.name, &value, property.type);
+}
+
+bool SetProperties(const RecordTable &table, const CMPIBroker *broker, const CMPIInstance *inst,
+                   const char **properties, const void *record) {
+    for (const PropertyColumn &property : table.properties) {
+        if (PH_OEM_ExistsInList(properties, property.name) != 1 ||
+            (property.onlyIf.size != 0 && *TextAt(record, property.onlyIf) != 1)) {
+            continue;
+        }
+        if (SetOne(broker, inst, property, record).rc != CMPI_RC_OK) {
+            TRACE_RECORD(TraceFailure, "CMSetProperty failed for %s", property.name);
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+namespace {
+
+// The helpers look at the property list themselves.
+void SetUntested(const CMPIBroker *broker, const CMPIInstance *inst, const PropertyColumn &property,
+                 const void *record, const char **properties) {
+    const char *place = TextAt(record, property.field);
+    if ((property.type & CMPI_ARRAY) != 0) {
+        const bool isText = property.type == CMPI_stringA;
+        const std::size_t step = !isText                ? sizeof(std::int32_t)
+                                 : property.stride != 0 ? property.stride
+                                                        : sizeof(char *);
+        PH_OEM_SetPropertyArray(broker, inst, properties, property.name, place,
+                                static_cast<int>(property.field.size / step), property.type,
+                                property.flags | PH_OEM_PROP_TERMINATED, property.stride);
+    } else if (property.type == CMPI_chars || property.type == CMPI_dateTime) {
+        PH_OEM_SetProperty(broker, inst, properties, property.name, place, property.type, property.flags);
+    } else {
+        const CMPIValue value = IntegerAt(record, property.field, property.type);
+        PH_OEM_SetProperty(broker, inst, properties, property.name, &value, property.type, property.flags);
+    }
+}
+
+bool SetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPIInstance *inst,
+                 const void *record, const char **properties) {
+    if (!table.untested) {
+        return SetRecord(table.record, broker, inst, record, properties) == 0;
+    }
+    if (!SetKeys(table.record, inst, record)) {
+        return false;
+    }
+    for (const PropertyColumn &property : table.record.properties) {
+        SetUntested(broker, inst, property, record, properties);
+    }
+    return true;
+}
+
+} // namespace
+
+int SetRecord(const RecordTable &table, const CMPIBroker *broker, const CMPIInstance *inst,
+              const void *record, const char **properties) {
+    return SetKeys(table, inst, record) && SetProperties(table, broker, inst, properties, record) ? 0 : -1;
+}
+
+CMPIObjectPath *MakePath(const ClassTable &table, const CMPIBroker *broker, const CMPIObjectPath *cop,
+                         const void *record, CMPIStatus *status) {
+    TRACE_CLASS(TraceProgress, "PH_OEM_MakePath_%s", table.name);
+    CMPIObjectPath *path = NewClassPath(table, broker, cop);
+    if (path == nullptr) {
+        TRACE_CLASS(TraceFailure, "Newly created Object Path is NULL");
+    } else if (AddKeys(table, path, record)) {
+        return path;
+    } else {
+        CMRelease(path);
+    }
+    SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Make ObjectPath failed.");
+    return nullptr;
+}
+
+CMPIInstance *MakeInstance(const ClassTable &table, const CMPIBroker *broker, const CMPIObjectPath *cop,
+                           const char **properties, const void *record, CMPIStatus *status) {
+    TRACE_CLASS(TraceProgress, "Entering PH_OEM_MakeInst_%s", table.name);
+    // The path isn't released: it stays with the broker's memory for the request.
+    const CMPIObjectPath *path = NewClassPath(table, broker, cop);
+    CMPIInstance *inst = nullptr;
+    if (path == nullptr) {
+        TRACE_CLASS(TraceFailure, "New Object Path is NULL");
+    } else if (inst = CMNewInstance(broker, path, nullptr); inst == nullptr || inst->hdl == nullptr) {
+        TRACE_CLASS(TraceFailure, "Newly created instance is NULL");
+    } else if (SetInstance(table, broker, inst, record, properties)) {
+        return inst;
+    }
+    if (inst != nullptr) {
+        CMRelease(inst);
+    }
+    SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Make instance failed.");
+    return nullptr;
+}
+
+// --- Methods
+
+CMPIStatus InvokeMethod(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *ctx,
+                        const CMPIObjectPath *cop, const char *method, const CMPIArgs *in,
+                        const CMPIResult *rslt, CMPIArgs *out) {
+    TRACE_CLASS(TraceProgress, "Entering PH_OEM_IM_%s", table.name);
+    CMPIStatus status = {CMPI_RC_OK, nullptr};
+    const auto found = std::ranges::find_if(
+        table.methods, [=](const Method &row) { return strcasecmp(row.name, method) == 0; });
+    CMPIUint32 value = table.noSuchMethod;
+    if (found != table.methods.end()) {
+        value = found->invoke({broker, ctx, cop, in, out}, status);
+    } else {
+        SetStatus(broker, &status, CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available");
+    }
+    CMReturnData(rslt, reinterpret_cast<const CMPIValue *>(&value), CMPI_uint32);
+    CMReturnDone(rslt);
+    return status;
+}

@@ -1,0 +1,310 @@
+// The frame that all classes share: a class is a record, its tables and an Enum; the operations are the same
+// few functions over the tables.
+//
+// A class file holds, in this order: the tables, value maps and row layouts, PH_OEM_Enum_<C>_Instance, what
+// the class has of its own, and one line, EXPORT_CLASS(<C>, ...), that exports its operations.
+#pragma once
+
+#include "Utilities/PH_OEM_Debug.h"
+#include "Utilities/PH_OEM_Utilities.h"
+#include "Utilities/PH_OEM_Values.h"
+
+#include <array>
+#include <cstdlib>
+#include <span>
+
+// Where a field lies in its record, and how wide it is.
+struct FieldPlace {
+    std::uint32_t offset;
+    std::uint32_t size;
+};
+
+// The same, bound to the record's type: a field of another record doesn't compile.
+template <typename R> struct Field { FieldPlace place; };
+#define FIELD(R, member)                                                                                     \
+    Field<R> {                                                                                               \
+        { offsetof(R, member), sizeof(R::member) }                                                           \
+    }
+
+// When a wanted property is set at all.
+enum class When : std::uint8_t {
+    Always,   // an empty text is set as an empty text
+    NotEmpty, // a text that is empty leaves the property unset
+};
+
+// A key: a text field that must not be empty.
+template <typename R> struct Key {
+    const char *name;
+    Field<R> field;
+};
+
+// A property other than the keys. The field's form follows from the type:
+//   CMPI_chars       an inline, terminated text
+//   integers, boolean  an integer of any width, cut or extended to the type's
+//   CMPI_dateTime    a uint64 of microseconds, all bits set for null
+//   CMPI_uint16A     a value list of int32
+//   CMPI_stringA     a list of pointers or, with a stride, of inline texts
+// An empty list is null, and an empty array in the classes whose settings aren't tested.
+template <typename R> struct Property {
+    const char *name;
+    CMPIType type;
+    Field<R> field;
+    When when = When::Always;
+    std::uint16_t stride = 0; // CMPI_stringA: from one inline text to the next; 0 for a list of pointers
+    Field<R> onlyIf = {};     // a one-byte field that must be 1 for the property to be set
+    int flags = 0;            // PH_OEM_PROP_INTERVAL
+};
+
+// The tables as the shared functions read them, without the record's type.
+struct KeyColumn {
+    const char *name;
+    FieldPlace field;
+};
+struct PropertyColumn {
+    const char *name;
+    FieldPlace field;
+    FieldPlace onlyIf;
+    CMPIType type;
+    std::uint16_t stride;
+    When when;
+    std::uint8_t flags;
+};
+
+template <typename R> consteval KeyColumn Untag(const Key<R> &key) {
+    return {key.name, key.field.place};
+}
+template <typename R> consteval PropertyColumn Untag(const Property<R> &property) {
+    return {property.name,
+            property.field.place,
+            property.onlyIf.place,
+            property.type,
+            property.stride,
+            property.when,
+            static_cast<std::uint8_t>(property.flags)};
+}
+template <typename Row, std::size_t N> consteval auto UntagAll(const Row (&table)[N]) {
+    std::array<decltype(Untag(table[0])), N> columns{};
+    for (std::size_t i = 0; i < N; ++i) {
+        columns[i] = Untag(table[i]);
+    }
+    return columns;
+}
+template <const auto &table> inline constexpr auto Untagged = UntagAll(table);
+
+// A parameter of an extrinsic method.
+struct MethodParameter {
+    const char *name;
+    CMPIType type;
+    bool isOut = false;
+    const char *referenceClass = nullptr; // of a CMPI_ref
+};
+
+// What a method is called with.
+struct MethodCall {
+    const CMPIBroker *broker;
+    const CMPIContext *ctx;
+    const CMPIObjectPath *cop;
+    const CMPIArgs *in;
+    CMPIArgs *out;
+};
+
+// An extrinsic method. Its return value goes to the client; `status` starts at success.
+struct Method {
+    const char *name; // compared without regard to case
+    CMPIUint32 (*invoke)(const MethodCall &call, CMPIStatus &status);
+    std::span<const MethodParameter> parameters = {};
+};
+
+// The longest key list.
+constexpr std::size_t max_keys = 4;
+
+// A record's keys and properties, and the place in the source that speaks for it in the trace.
+struct RecordTable {
+    const char *file;
+    int line;
+    std::span<const KeyColumn> keys;
+    std::span<const PropertyColumn> properties; // in the order in which they are set
+};
+
+// One class, as the frame sees it. Columns behind `clean` are for the classes that differ.
+struct ClassTable {
+    const char *name;      // without the prefix
+    const char *className; // with it
+    std::size_t recordSize;
+    RecordTable record; // its keys are the key list
+
+    // PH_OEM_Enum_<C>_Instance and PH_OEM_Clean_<C>
+    int (*enumerate)(void **records, int *count, int namesOnly);
+    void (*clean)(void *records, int count);
+
+    std::span<const KeyColumn> pathKeys = {}; // the order in which a path gets its keys, where it is another
+    const char *superclass = nullptr;         // the DMTF class that it derives from
+    // The properties go through PH_OEM_SetProperty and PH_OEM_SetPropertyArray and their results aren't
+    // tested: one that can't be set doesn't fail the instance.
+    bool untested = false;
+    std::span<const Method> methods = {};
+    CMPIUint32 noSuchMethod = 0; // the return value for a method that the class doesn't have
+};
+
+// The operations of a class; their arguments are those of the exported operations of a class.
+//
+// GetInstance, EnumerateInstances and EnumerateInstanceNames return what they find through `rslt`, and leave
+// `status`, which the caller starts at rc 0, alone on success.
+void GetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *ctx,
+                 const CMPIObjectPath *cop, const char **properties, const CMPIResult *rslt,
+                 CMPIStatus *status);
+void EnumerateInstances(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *ctx,
+                        const CMPIObjectPath *cop, const char **properties, const CMPIResult *rslt,
+                        CMPIStatus *status);
+void EnumerateInstanceNames(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *ctx,
+                            const CMPIObjectPath *cop, const CMPIResult *rslt, CMPIStatus *status);
+
+// InvokeMethod of a class, with the arguments of its PH_OEM_IM_<C>.
+CMPIStatus InvokeMethod(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *ctx,
+                        const CMPIObjectPath *cop, const char *method, const CMPIArgs *in,
+                        const CMPIResult *rslt, CMPIArgs *out);
+
+// A new array of all instances, empty when there are none; NULL on failure.
+CMPIArray *GetInstArray(const ClassTable &table, const CMPIObjectPath *cop, const CMPIBroker *broker,
+                        const CMPIContext *ctx, const char **properties);
+
+// The first of `count` records whose keys equal `keyValues`, or NULL. A key without a value equals nothing.
+void *SearchInstance(const ClassTable &table, CMPIString *const *keyValues, void *records, int count);
+
+// A new path or instance of one record; NULL on failure, with `status` set.
+CMPIObjectPath *MakePath(const ClassTable &table, const CMPIBroker *broker, const CMPIObjectPath *cop,
+                         const void *record, CMPIStatus *status);
+CMPIInstance *MakeInstance(const ClassTable &table, const CMPIBroker *broker, const CMPIObjectPath *cop,
+                           const char **properties, const void *record, CMPIStatus *status);
+
+// Sets the keys, which must not be empty, and the wanted properties of a new instance. 0, or -1 on failure.
+int SetRecord(const RecordTable &table, const CMPIBroker *broker, const CMPIInstance *inst,
+              const void *record, const char **properties);
+
+// The names of the key list, for PH_OEM_CheckForValidObjectPath.
+const char *const *KeyNames(const ClassTable &table, const char *(&names)[max_keys]);
+
+// Frees records that own nothing else; NULL is fine.
+template <typename R> void CleanRecords(const ClassTable &table, R **records) {
+    TRACE_FROM(table.record.file, table.record.line, TraceProgress, "Entering PH_OEM_Clean_%s", table.name);
+    std::free(*records);
+    *records = nullptr;
+}
+
+// `count` zeroed records, or NULL with a trace line of the caller's file.
+template <typename R>
+R *NewRecords(int count, const char *file = __builtin_FILE(), int line = __builtin_LINE()) {
+    auto *records = static_cast<R *>(std::calloc(static_cast<std::size_t>(count), sizeof(R)));
+    if (records == nullptr) {
+        TRACE_FROM(file, line, TraceFailure, "memory allocation failed");
+    }
+    return records;
+}
+
+// An Enum and a Clean with the record's type, as the table holds them.
+template <typename R, int (*enumerate)(R **, int *, int)>
+int EnumerateUntyped(void **records, int *count, int namesOnly) {
+    R *typed = nullptr;
+    const int result = enumerate(&typed, count, namesOnly);
+    *records = typed;
+    return result;
+}
+template <typename R, void (*clean)(R **)> void CleanUntyped(void *records, int) {
+    auto *typed = static_cast<R *>(records);
+    clean(&typed);
+}
+
+// All classes, for whoever needs to walk them, as the schema's generator does: the linker gathers the
+// entries.
+#define REGISTER_CLASS(C)                                                                                    \
+    [[gnu::section("oem_classes"), gnu::used]] static const ClassTable *const C##Entry = &C##Class;
+std::span<const ClassTable *const> AllClasses();
+
+// clang-format off
+
+// Declares the operations of a class, and those of a class with ModifyInstance or methods, for its header. Arguments
+// are the CMPI objects of the request; `properties` ends with NULL, and NULL means all. The opaque handle of the
+// provider layer is never read.
+#define DECLARE_CLASS(C)                                                                                     \
+    EXPORTED void PH_OEM_GI_##C(const CMPIBroker *broker, const CMPIContext *ctx, const CMPIObjectPath *cop, \
+                                const char **properties, const CMPIResult *rslt, CMPIStatus *status);        \
+    EXPORTED void PH_OEM_EI_##C(const CMPIBroker *broker, const CMPIContext *ctx, const CMPIObjectPath *cop, \
+                                const char **properties, const CMPIResult *rslt, CMPIStatus *status);        \
+    EXPORTED void PH_OEM_EIN_##C(const CMPIBroker *broker, const CMPIContext *ctx,                           \
+                                 const CMPIObjectPath *cop, const CMPIResult *rslt, CMPIStatus *status);     \
+    EXPORTED int PH_OEM_Enum_##C##_Instance(C##Record **records, int *count, int namesOnly);                 \
+    EXPORTED C##Record *PH_OEM_Search_##C##_Instance(CMPIString *const *keyValues, C##Record *records,       \
+                                                     int count);                                             \
+    EXPORTED CMPIObjectPath *PH_OEM_MakePath_##C(const CMPIBroker *broker, const CMPIContext *ctx,           \
+                                                 const CMPIObjectPath *cop, const C##Record *record,         \
+                                                 CMPIStatus *status);                                        \
+    EXPORTED CMPIInstance *PH_OEM_MakeInst_##C(const CMPIBroker *broker, const CMPIContext *ctx,             \
+                                               const CMPIObjectPath *cop, const char **properties,           \
+                                               const C##Record *record, CMPIStatus *status);                 \
+    EXPORTED void PH_OEM_Clean_##C(C##Record **records);                                                     \
+    EXPORTED CMPIArray *PH_OEM_##C##_GetInstArray(const CMPIObjectPath *cop, const CMPIBroker *broker,       \
+                                                  const CMPIContext *ctx, const char **properties)
+
+#define DECLARE_MODIFY(C)                                                                                    \
+    EXPORTED CMPIStatus PH_OEM_MI_##C(const CMPIBroker *broker, void *handle, const CMPIContext *ctx,        \
+                                      const CMPIObjectPath *cop, const CMPIInstance *inst,                   \
+                                      const char **properties)
+
+#define DECLARE_METHODS(C)                                                                                   \
+    EXPORTED CMPIStatus PH_OEM_IM_##C(const CMPIBroker *broker, void *handle, const CMPIContext *ctx,        \
+                                      const CMPIObjectPath *cop, const char *method, const CMPIArgs *in,     \
+                                      const CMPIResult *rslt, CMPIArgs *out)
+
+// Exports the operations of a class. It needs the tables `keys` and `properties`; further columns of the ClassTable
+// follow as designated initialisers.
+#define EXPORT_CLASS(C, ...)                                                                                 \
+    static constexpr ClassTable C##Class = {                                                                 \
+        .name = #C,                                                                                          \
+        .className = "TRV_oVTA" #C,                                                                          \
+        .recordSize = sizeof(C##Record),                                                                     \
+        .record = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>},                                \
+        .enumerate = EnumerateUntyped<C##Record, PH_OEM_Enum_##C##_Instance>,                                \
+        .clean = CleanUntyped<C##Record, PH_OEM_Clean_##C>,                                                  \
+        __VA_ARGS__};                                                                                        \
+    REGISTER_CLASS(C)                                                                                        \
+    void PH_OEM_GI_##C(const CMPIBroker *broker, const CMPIContext *ctx, const CMPIObjectPath *cop,          \
+                       const char **wanted, const CMPIResult *rslt, CMPIStatus *status) {                    \
+        GetInstance(C##Class, broker, ctx, cop, wanted, rslt, status);                                       \
+    }                                                                                                        \
+    void PH_OEM_EI_##C(const CMPIBroker *broker, const CMPIContext *ctx, const CMPIObjectPath *cop,          \
+                       const char **wanted, const CMPIResult *rslt, CMPIStatus *status) {                    \
+        EnumerateInstances(C##Class, broker, ctx, cop, wanted, rslt, status);                                \
+    }                                                                                                        \
+    void PH_OEM_EIN_##C(const CMPIBroker *broker, const CMPIContext *ctx, const CMPIObjectPath *cop,         \
+                        const CMPIResult *rslt, CMPIStatus *status) {                                        \
+        EnumerateInstanceNames(C##Class, broker, ctx, cop, rslt, status);                                    \
+    }                                                                                                        \
+    C##Record *PH_OEM_Search_##C##_Instance(CMPIString *const *keyValues, C##Record *records, int count) {   \
+        return static_cast<C##Record *>(SearchInstance(C##Class, keyValues, records, count));                \
+    }                                                                                                        \
+    CMPIObjectPath *PH_OEM_MakePath_##C(const CMPIBroker *broker, const CMPIContext *,                       \
+                                        const CMPIObjectPath *cop, const C##Record *record,                  \
+                                        CMPIStatus *status) {                                                \
+        return MakePath(C##Class, broker, cop, record, status);                                              \
+    }                                                                                                        \
+    CMPIInstance *PH_OEM_MakeInst_##C(const CMPIBroker *broker, const CMPIContext *,                         \
+                                      const CMPIObjectPath *cop, const char **wanted,                        \
+                                      const C##Record *record, CMPIStatus *status) {                         \
+        return MakeInstance(C##Class, broker, cop, wanted, record, status);                                  \
+    }                                                                                                        \
+    void PH_OEM_Clean_##C(C##Record **records) { CleanRecords(C##Class, records); }                          \
+    CMPIArray *PH_OEM_##C##_GetInstArray(const CMPIObjectPath *cop, const CMPIBroker *broker,                \
+                                         const CMPIContext *ctx, const char **wanted) {                      \
+        return GetInstArray(C##Class, cop, broker, ctx, wanted);                                             \
+    }                                                                                                        \
+    static_assert(true)
+
+// Exports PH_OEM_IM_<C>, behind EXPORT_CLASS, for a class that has `.methods`.
+#define EXPORT_METHODS(C)                                                                                    \
+    CMPIStatus PH_OEM_IM_##C(const CMPIBroker *broker, void *, const CMPIContext *ctx,                       \
+                             const CMPIObjectPath *cop, const char *method, const CMPIArgs *in,              \
+                             const CMPIResult *rslt, CMPIArgs *out) {                                        \
+        return InvokeMethod(C##Class, broker, ctx, cop, method, in, rslt, out);                              \
+    }                                                                                                        \
+    static_assert(true)
+// clang-format on

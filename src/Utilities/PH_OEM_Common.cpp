@@ -1,0 +1,298 @@
+#include "Utilities/PH_OEM_Common.h"
+
+#include "Utilities/HelperLibrary.h"
+#include "Utilities/Owners.h"
+#include "Utilities/PH_OEM_SystemNames.h"
+#include "Utilities/Text.h"
+
+#include "libcorestore.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+namespace {
+
+// Closes the Core DB; that it can't be closed is only traced.
+void CloseCoreDBOrTrace(std::uint32_t *handle) {
+    if (PH_OEM_CloseCoreDB(*handle) != 0) {
+        TRACE(TraceFailure, "Failed in PH_OEM_CloseCoreDB");
+    }
+}
+using TracedCoreDBOwner = std::unique_ptr<std::uint32_t, Closer<CloseCoreDBOrTrace>>;
+
+bool OpenCoreDB(std::uint32_t &handle) {
+    if (PH_OEM_InitCoreDB(&handle) != 0 || handle == 0) {
+        TRACE(TraceFailure, "Failed in PH_OEM_InitCoreDB");
+        return false;
+    }
+    return true;
+}
+
+template <typename R> void Deliver(Block<R> &record, R **records, int *count) {
+    *records = record.release();
+    *count = 1;
+}
+
+} // namespace
+
+// --- Capabilities
+
+namespace {
+namespace capabilities {
+
+using R = CapabilitiesRecord;
+
+constexpr Key<R> keys[] = {
+    {"InstanceID", FIELD(R, InstanceID)},
+};
+constexpr Property<R> properties[] = {
+    {"ElementName", CMPI_chars, FIELD(R, ElementName), When::NotEmpty},
+    {"ElementNameEditSupported", CMPI_boolean, FIELD(R, ElementNameEditSupported)},
+    {.name = "MaxElementNameLen",
+     .type = CMPI_uint16,
+     .field = FIELD(R, MaxElementNameLen),
+     .onlyIf = FIELD(R, ElementNameEditSupported)},
+    {"RequestedStatesSupported", CMPI_uint16A, FIELD(R, RequestedStatesSupported)},
+};
+constexpr RecordTable table = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>};
+
+void FillRecord(R &record, const CapabilitiesRow &row) {
+    record.ElementNameEditSupported = static_cast<std::uint8_t>(row.ElementNameEditSupported);
+    record.MaxElementNameLen = static_cast<std::uint16_t>(row.MaxElementNameLen);
+    std::ranges::fill(record.RequestedStatesSupported, -1);
+    char states[sizeof row.RequestedStatesSupported + 1];
+    CopyText(states, row.RequestedStatesSupported);
+    FillValueList(states, record.RequestedStatesSupported, std::size(record.RequestedStatesSupported));
+    CopyText(record.ElementName, row.ElementName);
+}
+
+} // namespace capabilities
+} // namespace
+
+int PH_OEM_Common_EnumAll_ForCapabilities(const char *rowName, CapabilitiesRecord **records, int *count,
+                                          int namesOnly) {
+    std::uint32_t handle = 0;
+    const TracedCoreDBOwner handleOwner{&handle};
+    if (!OpenCoreDB(handle)) {
+        return -1;
+    }
+    CapabilitiesRow *row = nullptr;
+    const int result = db_get_elec(handle, rowName, &row);
+    const Block<CapabilitiesRow> rowOwner{row};
+    if (result != 0) {
+        TRACE(TraceFailure, "Failed in db_get_all_elec");
+        return -1;
+    }
+    if (row == nullptr) {
+        TRACE(TraceProgress, "No records from DB");
+        return 0;
+    }
+    Block<CapabilitiesRecord> record{NewRecords<CapabilitiesRecord>(1)};
+    if (record == nullptr) {
+        return -1;
+    }
+    CopyText(record->InstanceID, row->InstanceID);
+    if (namesOnly == 0) {
+        capabilities::FillRecord(*record, *row);
+    }
+    Deliver(record, records, count);
+    return 0;
+}
+
+int PH_OEM_Common_MakeInst_ForCapabilites(const CMPIBroker *broker, const CMPIInstance *inst,
+                                          const CapabilitiesRecord *record, const char **properties) {
+    return SetRecord(capabilities::table, broker, inst, record, properties);
+}
+
+// --- Protocol services and TCP endpoints
+
+namespace {
+namespace protocol_service {
+
+using R = ProtocolServiceRecord;
+
+constexpr Key<R> keys[] = {
+    {"SystemCreationClassName", FIELD(R, SystemCreationClassName)},
+    {"CreationClassName", FIELD(R, CreationClassName)},
+    {"SystemName", FIELD(R, SystemName)},
+    {"Name", FIELD(R, Name)},
+};
+constexpr Property<R> properties[] = {
+    {"ElementName", CMPI_chars, FIELD(R, ElementName), When::NotEmpty},
+    {"OtherProtocol", CMPI_chars, FIELD(R, OtherProtocol), When::NotEmpty},
+    {"Protocol", CMPI_uint16, FIELD(R, Protocol)},
+    {"MaxConnections", CMPI_uint16, FIELD(R, MaxConnections)},
+    {"RequestedState", CMPI_uint16, FIELD(R, RequestedState)},
+    {"EnabledState", CMPI_uint16, FIELD(R, EnabledState)},
+    {"HealthState", CMPI_uint16, FIELD(R, HealthState)},
+    {"OperationalStatus", CMPI_uint16A, FIELD(R, OperationalStatus)},
+};
+constexpr RecordTable table = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>};
+
+// A row without a name is no row.
+bool IsEmpty(const ProtocolServiceRow &row) {
+    std::uint32_t firstWord;
+    std::memcpy(&firstWord, &row, sizeof firstWord);
+    return firstWord == 0;
+}
+
+} // namespace protocol_service
+
+namespace tcp_endpoint {
+
+using R = TCPProtocolEndpointRow;
+
+constexpr Key<R> keys[] = {
+    {"Name", FIELD(R, Name)},
+    {"SystemCreationClassName", FIELD(R, SystemCreationClassName)},
+    {"CreationClassName", FIELD(R, CreationClassName)},
+    {"SystemName", FIELD(R, SystemName)},
+};
+constexpr Property<R> properties[] = {
+    {"ElementName", CMPI_chars, FIELD(R, ElementName), When::NotEmpty},
+    {"NameFormat", CMPI_chars, FIELD(R, NameFormat), When::NotEmpty},
+    {"ProtocolIFType", CMPI_uint16, FIELD(R, ProtocolIFType)},
+    {"EnabledState", CMPI_uint16, FIELD(R, EnabledState)},
+    {"PortNumber", CMPI_uint32, FIELD(R, PortNumber)},
+};
+constexpr RecordTable table = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>};
+
+} // namespace tcp_endpoint
+} // namespace
+
+int PH_OEM_Common_EnumAll_ForProtocolService(const char *rowName, const char *className,
+                                             ProtocolServiceRecord **records, int *count, int namesOnly) {
+    std::uint32_t handle = 0;
+    const TracedCoreDBOwner handleOwner{&handle};
+    if (!OpenCoreDB(handle)) {
+        return -1;
+    }
+    ProtocolServiceRow row{};
+    if (db_get_protocol_service(handle, rowName, &row) != 0) {
+        TRACE(TraceFailure, "Failed in db_get_protocol_service");
+        return -1;
+    }
+    if (protocol_service::IsEmpty(row)) {
+        TRACE(TraceFailure, "No records from DB");
+        return 0;
+    }
+    Block<ProtocolServiceRecord> record{NewRecords<ProtocolServiceRecord>(1)};
+    if (record == nullptr) {
+        return -1;
+    }
+    const LibraryOwner library{OpenLibrary(VCH_CLASS_HELPER)};
+    if (library == nullptr) {
+        return -1;
+    }
+    SetText(record->SystemCreationClassName, "TRV_oVTAServiceProcessor");
+    SetText(record->CreationClassName, className);
+    CopyText(record->Name, row.Name);
+
+    auto *getSystemName = FindFunction<PH_GetSPSystemNameFunction>(library.get(), "PH_GetSPSystemName");
+    if (getSystemName == nullptr) {
+        return -1;
+    }
+    char systemName[SYSTEM_NAME_SIZE] = {};
+    if (getSystemName(systemName) == -1) {
+        TRACE(TraceFailure, "Failed in PH_GetSPSystemName");
+        return -1;
+    }
+    CopyText(record->SystemName, systemName);
+    if (namesOnly != 0) {
+        Deliver(record, records, count);
+        return 0;
+    }
+    auto *fill = FindFunction<PH_Fill_ProtocolServiceFunction>(library.get(), "PH_Fill_ProtocolService");
+    if (fill == nullptr) {
+        return -1;
+    }
+    if (fill(record.get(), &row) == -1) {
+        TRACE(TraceFailure, "Failed in PH_Fill_ProtocolService");
+        return -1;
+    }
+    Deliver(record, records, count);
+    return 0;
+}
+
+int PH_OEM_Common_MakeInst_ForProtocolService(const CMPIBroker *broker, const CMPIInstance *inst,
+                                              const ProtocolServiceRecord *record, const char **properties) {
+    return SetRecord(protocol_service::table, broker, inst, record, properties);
+}
+
+int PH_OEM_Common_MakeInst_ForTCPProtocolEndpoint(const CMPIBroker *broker, const CMPIInstance *inst,
+                                                  const TCPProtocolEndpointRow *row,
+                                                  const char **properties) {
+    return SetRecord(tcp_endpoint::table, broker, inst, row, properties);
+}
+
+// --- Numeric sensors
+
+namespace {
+namespace numeric_sensor {
+
+using R = NumericSensorRecord;
+
+constexpr Key<R> keys[] = {
+    {"SystemCreationClassName", FIELD(R, SystemCreationClassName)},
+    {"SystemName", FIELD(R, SystemName)},
+    {"CreationClassName", FIELD(R, CreationClassName)},
+    {"DeviceID", FIELD(R, DeviceID)},
+};
+constexpr Property<R> properties[] = {
+    {"BaseUnits", CMPI_uint16, FIELD(R, BaseUnits)},
+    {"Caption", CMPI_chars, FIELD(R, Caption)},
+    {"CurrentReading", CMPI_sint32, FIELD(R, CurrentReading)},
+    {"CurrentState", CMPI_chars, FIELD(R, CurrentState)},
+    {"ElementName", CMPI_chars, FIELD(R, ElementName)},
+    {"EnabledState", CMPI_uint16, FIELD(R, EnabledState)},
+    {"RateUnits", CMPI_uint16, FIELD(R, RateUnits)},
+    {"RequestedState", CMPI_uint16, FIELD(R, RequestedState)},
+    {"UnitModifier", CMPI_sint32, FIELD(R, UnitModifier)},
+    {"HealthState", CMPI_uint16, FIELD(R, HealthState)},
+    {"SensorType", CMPI_uint16, FIELD(R, SensorType)},
+    {"EnabledThresholds", CMPI_uint16A, FIELD(R, EnabledThresholds)},
+    {"OperationalStatus", CMPI_uint16A, FIELD(R, OperationalStatus)},
+    {"SettableThresholds", CMPI_uint16A, FIELD(R, SettableThresholds)},
+    {"SupportedThresholds", CMPI_uint16A, FIELD(R, SupportedThresholds)},
+    {"PossibleStates", CMPI_stringA, FIELD(R, PossibleStates)},
+};
+constexpr RecordTable table = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>};
+
+// A 4-bit two's complement number.
+constexpr int SignedNibble(int nibble) {
+    return (nibble ^ 8) - 8;
+}
+
+} // namespace numeric_sensor
+} // namespace
+
+int PH_OEM_Common_MakeInst_ForNumericSensors(const CMPIBroker *broker, const CMPIInstance *inst,
+                                             const NumericSensorRecord *record, const char **properties) {
+    return SetRecord(numeric_sensor::table, broker, inst, record, properties);
+}
+
+float ph_oem_power(int base, int exponent) {
+    const auto factor = static_cast<float>(base);
+    float power = 1.0F;
+    for (int i = exponent; i != 0; i += i > 0 ? -1 : 1) {
+        power *= factor;
+    }
+    return exponent < 0 ? 1.0F / power : power;
+}
+
+float PH_OEM_ConvertLinearSensorReading(int reading, const FullSdrRow *row) {
+    using numeric_sensor::SignedNibble;
+    if (row->Linear != 1) {
+        TRACE(TraceFailure, "non linear sensor");
+        return 0;
+    }
+    const int exponentOfB = SignedNibble(row->Exponents & 0x0F);
+    const int exponentOfResult = SignedNibble(row->Exponents >> 4);
+    // In 32 bits, whatever an odd row holds.
+    const auto product =
+        static_cast<std::int32_t>(static_cast<std::uint32_t>(row->M) * static_cast<std::uint32_t>(reading));
+    const float offset = static_cast<float>(row->B) * ph_oem_power(10, exponentOfB);
+    const float sum = static_cast<float>(product) + offset;
+    return sum * ph_oem_power(10, exponentOfResult);
+}

@@ -1,0 +1,121 @@
+// ModifyInstance: how it is found out what a client changes, and how the changes reach the configuration
+// space.
+//
+// A class brings a table of its modifiable properties and a ModifyTable, which says in which of the ways that
+// classes differ it differs; the flow is the same for all. Changes are written one by one, in the order in
+// which they come, and there is no transaction: what was written before a failure stays written.
+#pragma once
+
+#include "Utilities/ClassFrame.h"
+
+#include "libCIMBaseHooks.h"
+#include "libClassHelper.h"
+
+#include <cstdint>
+#include <span>
+
+// --- Lists of modifiable properties
+
+// Copies the names into the list and sets its count; names beyond its 64 entries are dropped.
+EXPORTED void PH_OEM_SetPropertyList(ModifiablePropertyList *list, const char *const *names, int count);
+
+// Copies one name into the entry `index`; the caller sets the count. An index outside the list does nothing.
+EXPORTED void PH_OEM_AddTo_DefaultList(ModifiablePropertyList *list, const char *name, int index);
+
+// Asks the helper library what `newInst` changes. `currentInst` may be NULL. `changes` gets the new values,
+// `refused` (REFUSED_PROPERTIES_SIZE characters, zeroed by the caller) the names that may not be changed. The
+// helper's result, or -1 when it can't be called.
+EXPORTED int PH_OEM_getModifiableProperties(const CMPIInstance *newInst, const CMPIInstance *currentInst,
+                                            const char **properties, const ModifiablePropertyList *defaults,
+                                            ModifiablePropertyList *changes, char *refused);
+
+// Writes a value to the variable `id` by the value's type, an array element by element from index 0 on. Text
+// goes without its NUL and with its length cut to 8 bits. 0, or -1 on failure: elements before it stay
+// written. An empty array writes nothing.
+EXPORTED int PH_OEM_ModifyCSVProperty(const CMPIBroker *broker, IpmiSession *session, CMPIData data,
+                                      std::uint16_t id);
+
+// --- The flow
+
+// What becomes of the plain value that was read, before it is written.
+enum class Written : std::uint8_t {
+    AsRead,    // the value's first bytes
+    ZeroOrOne, // 1 when it isn't 0
+    Minutes,   // a date-time's microseconds as whole minutes
+    Text,      // the characters without a NUL; the length is cut to 8 bits
+};
+
+// A property that a client may change, and where it goes.
+struct ModifiableProperty {
+    const char *name;
+    CMPIType readAs;
+    std::uint16_t id;       // of the configuration variable, index 0
+    std::uint8_t width = 0; // bytes written; not for text
+    Written written = Written::AsRead;
+    // In place of the variable: writes the value, 0 on success.
+    int (*write)(IpmiSession *session, const CMPIValue &value) = nullptr;
+    // The name in the message of a failed write, where it is another.
+    const char *writtenName = nullptr;
+};
+
+// A status: rc, and a message with the property's name, or the refused names, for its %s.
+struct StatusText {
+    CMPIrc rc;
+    const char *format;
+};
+
+// What the client is told.
+struct ModifyTexts {
+    StatusText noInstance; // where the current instance is needed
+    StatusText notSorted;  // the helper library failed
+    StatusText refused;    // names that can't be changed
+    StatusText noSession;  // a NULL text leaves rc 0: the failure is only traced
+    StatusText unreadable; // a new value can't be read
+    StatusText unwritable;
+};
+
+// Which first steps come before the list of changes.
+enum class ModifyVariant : std::uint8_t {
+    CheckPath, // the path is checked; the current instance is read only for a client without a property list
+    CurrentInstance, // the current instance is read, and has to be there
+};
+
+struct ModifyTable {
+    std::span<const ModifiableProperty> properties; // in the order of the default list
+    ModifyVariant variant;
+    ModifyTexts texts;
+};
+
+// The texts of most classes of each variant; a class that differs copies and changes them.
+constexpr ModifyTexts check_path_texts = {
+    .noInstance = {CMPI_RC_OK, nullptr},
+    .notSorted = {CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Property: %s "},
+    .refused = {CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Property: %s "},
+    .noSession = {CMPI_RC_ERR_FAILED, "Create IPMI session failed"},
+    .unreadable = {CMPI_RC_ERR_INVALID_PARAMETER, "failed to get the %s value for the target instance"},
+    .unwritable = {CMPI_RC_ERR_FAILED, "failed to set the %s value for the target instance"},
+};
+constexpr ModifyTexts current_instance_texts = {
+    .noInstance = {CMPI_RC_ERR_NOT_FOUND, "Instance is not found"},
+    .notSorted = {CMPI_RC_ERR_FAILED, "failed to retreive modifiable propeties"},
+    .refused = {CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Property: %s "},
+    .noSession = {CMPI_RC_ERR_FAILED, "Create IPMI session failed"},
+    .unreadable = {CMPI_RC_ERR_INVALID_PARAMETER, "failed to get the %s value for the target instance"},
+    .unwritable = {CMPI_RC_ERR_FAILED, "failed to set the %s value for the target instance"},
+};
+
+// ModifyInstance of a class, with the arguments of its PH_OEM_MI_<C>.
+CMPIStatus ModifyInstance(const ClassTable &table, const ModifyTable &modify, const CMPIBroker *broker,
+                          const CMPIContext *ctx, const CMPIObjectPath *cop, const CMPIInstance *inst,
+                          const char **properties);
+
+// clang-format off
+
+// Exports PH_OEM_MI_<C>, behind EXPORT_CLASS.
+#define EXPORT_MODIFY(C, modify)                                                                             \
+    CMPIStatus PH_OEM_MI_##C(const CMPIBroker *broker, void *, const CMPIContext *ctx,                       \
+                             const CMPIObjectPath *cop, const CMPIInstance *inst, const char **wanted) {     \
+        return ModifyInstance(C##Class, modify, broker, ctx, cop, inst, wanted);                             \
+    }                                                                                                        \
+    static_assert(true)
+// clang-format on
