@@ -1,0 +1,76 @@
+// Texts for people and formats.
+
+#include <tools/vch/text.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(Text, BytesThatAreNotUtf8AreReplacedOneByOne) {
+    const std::string r = "\xEF\xBF\xBD"; // U+FFFD
+    const struct {
+        std::string text, expected;
+    } cases[] = {
+        {"", ""},
+        {"plain", "plain"},
+        {"Gr\xC3\xB6\xC3\x9F"
+         "e",
+         "Gr\xC3\xB6\xC3\x9F"
+         "e"},
+        {"\xE2\x82\xAC", "\xE2\x82\xAC"},         // euro sign
+        {"\xF0\x9F\x94\x8C", "\xF0\x9F\x94\x8C"}, // four bytes
+        {"a\xFF"
+         "b",
+         "a" + r + "b"},
+        {"cut \xC3", "cut " + r},
+        {"\x80", r},                         // goes on with nothing
+        {"\xC0\xAF", r + r},                 // "/" in two bytes
+        {"\xE0\x80\xAF", r + r + r},         // "/" in three
+        {"\xED\xA0\x80", r + r + r},         // half of a surrogate pair
+        {"\xF4\x90\x80\x80", r + r + r + r}, // behind the last code point
+        {"\xE2\x82"
+         "A",
+         r + r + "A"},
+    };
+    for (const auto &one : cases)
+        EXPECT_EQ(validUtf8(one.text), one.expected) << one.expected;
+}
+
+TEST(Text, ControlCharactersDoNotReachATerminal) {
+    EXPECT_EQ(printable("a\tb\nc\x1B[31m\x7F"), "a\\tb\\nc\\x1B[31m\\x7F");
+}
+
+TEST(Text, AColumnIsACharacterAndNotAByte) {
+    EXPECT_EQ(columns("Gr\xC3\xB6\xC3\x9F"
+                      "e"),
+              5u);
+    EXPECT_EQ(columns(""), 0u);
+}
+
+TEST(Text, SplitsAtCommasButNotAtEscapedOnes) {
+    const struct {
+        std::string text;
+        std::vector<std::string> parts;
+    } cases[] = {
+        {"", {}},
+        {"a", {"a"}},
+        {"a,b", {"a", "b"}},
+        {",a,", {"", "a", ""}},
+        {"a\\,b,c", {"a,b", "c"}},
+        {"a\\b", {"a\\b"}}, // a backslash before anything else is one
+        {"a\\", {"a\\"}},
+    };
+    for (const auto &one : cases)
+        EXPECT_EQ(split(one.text, ','), one.parts) << one.text;
+}
+
+TEST(Text, FindsTheNearestNameAndNoneWhenAllAreFar) {
+    const std::vector<std::string> names = {"HealthState", "EnabledState", "ElementName"};
+    EXPECT_EQ(closest("HealtState", names), "HealthState");
+    EXPECT_EQ(closest("healthstate", names), "HealthState");
+    EXPECT_EQ(closest("EnableState", names), "EnabledState");
+    EXPECT_EQ(closest("Voltage", names), "");
+    EXPECT_EQ(closest("", names), "");
+}
+
+} // namespace

@@ -1,0 +1,61 @@
+#include "tool.h"
+
+#include <platform/sp/sp.h>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+void Tool::SetUp() {
+    std::string name = testing::TempDir() + "vch-XXXXXX";
+    ASSERT_NE(mkdtemp(name.data()), nullptr);
+    folder = name;
+    store = folder + "/store.db";
+    sp::create_store(store);
+    sp::use_store(store);
+    environment = {{"VCH_STORE", store}, {"COLUMNS", "100"}};
+}
+
+void Tool::TearDown() {
+    std::filesystem::remove_all(folder);
+}
+
+Ended Tool::vch(const std::vector<std::string> &arguments) const {
+    const std::string out = folder + "/out", err = folder + "/err";
+    const pid_t child = fork();
+    if (child == 0) {
+        const int flags = O_WRONLY | O_CREAT | O_TRUNC;
+        dup2(open(out.c_str(), flags, 0600), STDOUT_FILENO);
+        dup2(open(err.c_str(), flags, 0600), STDERR_FILENO);
+        for (const auto &[variable, value] : environment)
+            setenv(variable.c_str(), value.c_str(), 1);
+        std::vector<char *> argv = {const_cast<char *>(VCH)};
+        for (const std::string &argument : arguments)
+            argv.push_back(const_cast<char *>(argument.c_str()));
+        argv.push_back(nullptr);
+        execv(VCH, argv.data());
+        _exit(127);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(out), contentOf(err)};
+}
+
+std::string contentOf(const std::string &path) {
+    std::ostringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    return content.str();
+}
+
+std::vector<std::string> linesOf(const std::string &text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}

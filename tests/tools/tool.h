@@ -1,0 +1,32 @@
+// Runs vch as a process, on a store of its own.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+/** How a run of the tool ended, and what it wrote. */
+struct Ended {
+    int code = -1; ///< exit code; -1 when a signal ended it
+    std::string out, err;
+};
+
+/** A folder of its own with a fresh sample store in it; both are gone after the test. */
+struct Tool : testing::Test {
+    std::string folder, store;
+    std::map<std::string, std::string> environment; ///< for the next runs, on top of the test's own
+
+    void SetUp() override;
+    void TearDown() override;
+
+    /** Runs vch with these arguments, its output to files as to a pipe. */
+    Ended vch(const std::vector<std::string> &arguments) const;
+};
+
+/** The file's content; empty when it can't be read. */
+std::string contentOf(const std::string &path);
+
+/** Lines of a text, without their ends. */
+std::vector<std::string> linesOf(const std::string &text);

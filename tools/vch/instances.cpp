@@ -1,0 +1,222 @@
+#include "instances.h"
+
+#include "failure.h"
+#include "journal.h"
+#include "named_values.h"
+#include "session.h"
+#include "targets.h"
+#include "text.h"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+
+namespace {
+
+// A command's session, and the journal of what it does.
+struct Work {
+    Session session;
+    Journal journal;
+};
+
+Work begin(const InstanceOptions &options) {
+    requireServiceProcessor();
+    return {openSession(options.nameSpace, options.user), startJournal(options.journal)};
+}
+
+// Throws the error that a request was answered with, if any.
+broker::Answer succeeded(broker::Answer answer) {
+    if (answer.rc != CMPI_RC_OK)
+        throw cimFailure(answer.rc, answer.message);
+    return answer;
+}
+
+// A property list as the broker takes it: pointers into `options`, and a null at the end.
+std::vector<const char *> wanted(const std::vector<std::string> &names) {
+    std::vector<const char *> list;
+    for (const std::string &name : names)
+        list.push_back(name.c_str());
+    list.push_back(nullptr);
+    return list;
+}
+
+// Runs a request that takes a property list, checked against the class.
+template <typename Request>
+broker::Answer withPropertyList(const InstanceOptions &options, const broker::Class &cls, Request request) {
+    if (!options.propertyList)
+        return succeeded(request(nullptr));
+    requireProperties(cls, *options.propertyList);
+    const std::vector<const char *> list = wanted(*options.propertyList);
+    return succeeded(request(list.data()));
+}
+
+void print(const std::string &text) {
+    fmt::print("{}", text);
+}
+
+template <typename Declared> std::vector<std::string> namesOf(const std::vector<Declared> &features) {
+    std::vector<std::string> names;
+    for (const Declared &feature : features)
+        names.push_back(feature.name);
+    return names;
+}
+
+// The declared feature of a name that was typed; `what` tells which kind it is and whose.
+template <typename Declared>
+const Declared &requireFeature(const Declared *found, const std::string &name,
+                               const std::vector<Declared> &all, const std::string &what) {
+    if (found != nullptr)
+        return *found;
+    const std::string nearest = closest(name, namesOf(all));
+    throw Failure{UsageError, fmt::format("{} {}{}", what, name,
+                                          nearest.empty() ? "" : fmt::format("; did you mean {}?", nearest))};
+}
+
+CMPIData nullOf(CMPIType type) {
+    CMPIData value = {};
+    value.type = type;
+    value.state = CMPI_nullValue;
+    return value;
+}
+
+void requireSet(const CMPIStatus &status, const std::string &name) {
+    if (status.rc != CMPI_RC_OK)
+        throw cimFailure(status.rc, fmt::format("{}: {}", name, textOf(status.msg)));
+}
+
+} // namespace
+
+void enumerateInstances(const InstanceOptions &options) {
+    Work work = begin(options);
+    const CMPIObjectPath *path = resolvePath(work.session, options.target);
+    if (CMGetKeyCount(path, nullptr) > 0)
+        throw Failure{UsageError, "a class is enumerated, not an instance; 'vch instance get' takes a path"};
+    if (options.namesOnly) {
+        print(options.format->paths(
+            succeeded(broker::enumerateInstanceNames(*work.session.request, path)).paths));
+        return;
+    }
+    const broker::Answer answer =
+        withPropertyList(options, classOf(work.session, path), [&](broker::PropertyList properties) {
+            return broker::enumerateInstances(*work.session.request, path, properties);
+        });
+    print(options.format->instances(answer.instances));
+}
+
+void getInstance(const InstanceOptions &options) {
+    Work work = begin(options);
+    const CMPIObjectPath *path = resolveInstance(work.session, options.target);
+    const broker::Answer answer =
+        withPropertyList(options, classOf(work.session, path), [&](broker::PropertyList properties) {
+            return broker::getInstance(*work.session.request, path, properties);
+        });
+    print(options.format->instances(answer.instances));
+}
+
+void countInstances(const InstanceOptions &options) {
+    if (options.format->counts == nullptr)
+        throw Failure{UsageError,
+                      fmt::format("{} has no form for counts; table and json have", options.format->name)};
+    Work work = begin(options);
+    const broker::Schema &schema = broker::schemaOf(*work.session.broker);
+    const std::string glob = options.target.empty() ? "*" : options.target;
+    const bool isGlob = glob.find_first_of("*?") != std::string::npos;
+    std::vector<const broker::Class *> classes;
+    if (isGlob)
+        classes = findByName(schema, glob);
+    else
+        classes.push_back(&resolveClass(*work.session.broker, options.target));
+
+    std::vector<InstanceCount> counts;
+    std::string failures;
+    for (const broker::Class *cls : classes) {
+        if (isGlob && (cls->isAbstract || !broker::matchesGlob(cls->name, servedClasses)))
+            continue; // its instances are those of its subclasses
+        const CMPIObjectPath *path = resolvePath(work.session, cls->name);
+        const broker::Answer answer = broker::enumerateInstanceNames(*work.session.request, path);
+        if (answer.rc == CMPI_RC_OK)
+            counts.push_back({cls, answer.paths.size()});
+        else if (!isGlob)
+            throw cimFailure(answer.rc, answer.message);
+        else
+            failures += fmt::format("\n  {}: {}", cls->name, cimFailure(answer.rc, answer.message).message);
+    }
+    print(options.format->counts(counts));
+    if (!failures.empty())
+        throw Failure{CimError, "not every class could be counted:" + failures};
+}
+
+void modifyInstance(const InstanceOptions &options) {
+    const std::vector<Assignment> assignments = parseAssignments(options.assignments);
+    Work work = begin(options);
+    const Session &session = work.session;
+    const CMPIObjectPath *classPath = resolvePath(session, options.target);
+    const broker::Class &cls = classOf(session, classPath);
+
+    // All that is typed is checked before the service processor is asked anything.
+    std::vector<NamedValue> changes;
+    const auto declared = [&](const std::string &name) -> const broker::Property & {
+        return requireFeature(broker::findProperty(cls, name), name, cls.properties,
+                              fmt::format("class {} has no property", cls.name));
+    };
+    for (const Assignment &assignment : assignments) {
+        const broker::Property &property = declared(assignment.name);
+        changes.push_back({property.name, assignedValue(session, property, assignment)});
+    }
+    for (const std::string &name : options.nulls)
+        changes.push_back({declared(name).name, nullOf(declared(name).type)});
+    if (changes.empty())
+        throw Failure{UsageError, "nothing to change: give Name=value, or --null Name"};
+
+    const CMPIObjectPath *path = resolveInstance(session, options.target);
+    const CMPIInstance *instance = CMNewInstance(broker::cmpiBroker(*session.broker), path, nullptr);
+    std::vector<std::string> names;
+    for (const NamedValue &change : changes) {
+        requireSet(
+            broker::setProperty(const_cast<CMPIInstance *>(instance), change.name.c_str(), change.value),
+            change.name);
+        names.push_back(change.name);
+    }
+    // Without a list a property that isn't there is no change, and neither is one that has the value already.
+    // A NULL is told from an absent property only by a list that names it.
+    const std::vector<const char *> list = wanted(names);
+    succeeded(broker::modifyInstance(*session.request, path, instance,
+                                     options.nulls.empty() ? nullptr : list.data()));
+}
+
+void invokeMethod(const InstanceOptions &options) {
+    const std::vector<Assignment> assignments = parseAssignments(options.assignments);
+    Work work = begin(options);
+    const Session &session = work.session;
+    const CMPIBroker *cmpi = broker::cmpiBroker(*session.broker);
+    const broker::Class &cls = classOf(session, resolvePath(session, options.target));
+    const broker::Method *method = broker::findMethod(cls, options.method);
+    if (method == nullptr)
+        throw cimFailure(CMPI_RC_ERR_METHOD_NOT_FOUND,
+                         cls.methods.empty() ? fmt::format("class {} has no methods", cls.name)
+                                             : fmt::format("class {} has no method {}; it has {}", cls.name,
+                                                           options.method, joined(namesOf(cls.methods))));
+    CMPIArgs *in = CMNewArgs(cmpi, nullptr);
+    CMPIArgs *out = CMNewArgs(cmpi, nullptr);
+    const auto add = [&](const std::string &name, const auto &valueOf) {
+        const broker::Parameter &parameter =
+            requireFeature(broker::findParameter(*method, name), name, method->parameters,
+                           fmt::format("method {} has no parameter", method->name));
+        if (!parameter.isIn)
+            throw Failure{UsageError,
+                          fmt::format("{} is an output parameter of {}", parameter.name, method->name)};
+        requireSet(broker::addArgument(in, parameter.name.c_str(), valueOf(parameter)), parameter.name);
+    };
+    for (const Assignment &assignment : assignments)
+        add(assignment.name,
+            [&](const broker::Feature &feature) { return assignedValue(session, feature, assignment); });
+    for (const std::string &name : options.nulls)
+        add(name, [](const broker::Feature &feature) { return nullOf(feature.type); });
+
+    const CMPIObjectPath *path = resolveInstance(session, options.target);
+    broker::Answer answer =
+        succeeded(broker::invokeMethod(*session.request, path, method->name.c_str(), in, out));
+    if (CMIsNullValue(answer.value))
+        answer.value.type = method->type;
+    print(options.format->methodResult({method->name, answer.value, out}));
+}

@@ -1,0 +1,317 @@
+// vch: a CIM client and the simulated service processor's switchboard. This file is the command line alone.
+
+#include "classes.h"
+#include "failure.h"
+#include "instances.h"
+#include "service_processor.h"
+#include "text.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <exception>
+#include <functional>
+
+namespace {
+
+// What the options fill in. The commands take their part of it.
+struct CommandLine {
+    std::string target, nameSpace, user = "admin", method, format = outputFormats[0]->name;
+    std::vector<std::string> propertyLists, assignments, nulls;
+    bool namesOnly = false, journal = false, deep = false, force = false;
+    int pid = 0;
+    uint16_t mask = 0;
+    std::function<void()> command; // what was chosen
+};
+
+const OutputFormat *formatOf(const CommandLine &line) {
+    for (const OutputFormat *format : outputFormats)
+        if (line.format == format->name)
+            return format;
+    std::vector<std::string> names;
+    for (const OutputFormat *format : outputFormats)
+        names.push_back(format->name);
+    throw Failure{UsageError,
+                  fmt::format("there is no output format {}; use one of {}", line.format, joined(names))};
+}
+
+InstanceOptions instanceOptions(const CommandLine &line, const CLI::App &command) {
+    InstanceOptions options;
+    options.target = line.target;
+    options.nameSpace = line.nameSpace;
+    options.user = line.user;
+    options.format = formatOf(line);
+    options.namesOnly = line.namesOnly;
+    options.assignments = line.assignments;
+    options.nulls = line.nulls;
+    options.method = line.method;
+    options.journal = line.journal;
+    const CLI::Option *list = command.get_option_no_throw("--propertylist");
+    if (list != nullptr && list->count() > 0) {
+        options.propertyList.emplace();
+        for (const std::string &names : line.propertyLists)
+            for (const std::string &name : split(names, ','))
+                options.propertyList->push_back(name);
+    }
+    return options;
+}
+
+ClassOptions classOptions(const CommandLine &line) {
+    return {line.target, formatOf(line), line.namesOnly, line.deep};
+}
+
+// A command and what it takes: the same options wherever it stands, as a long verb or as a short one.
+struct Verb {
+    const char *name;
+    const char *description;
+    void (*addOptions)(CLI::App &command, CommandLine &line);
+    void (*run)(const CommandLine &line, const CLI::App &command);
+};
+
+void addRequest(CLI::App &command, CommandLine &line) {
+    command.add_option("-n,--namespace", line.nameSpace, "Namespace, root/cimv2 if not given");
+    command.add_option("-u,--user", line.user, "Who asks, as the service processor knows it")
+        ->capture_default_str();
+    command.add_flag("--journal", line.journal, "Print the request's back-end calls on standard error");
+}
+
+void addInstance(CLI::App &command, CommandLine &line) {
+    command
+        .add_option("INSTANCE", line.target,
+                    "Path Class.Key=\"value\",...; the class alone where it has exactly one instance")
+        ->required();
+    addRequest(command, line);
+}
+
+void addPropertyList(CLI::App &command, CommandLine &line) {
+    command
+        .add_option("--propertylist,--pl", line.propertyLists, "Properties to ask for, separated by commas")
+        ->allow_extra_args(false);
+}
+
+void addFormat(CLI::App &command, CommandLine &line) {
+    command.add_option("-o,--output-format", line.format, "table, mof, json or xml")->capture_default_str();
+}
+
+void addEnumerate(CLI::App &command, CommandLine &line) {
+    command.add_option("CLASS", line.target, "Class, with or without TRV_oVTA, in any case")->required();
+    command.add_flag("--names-only,--no", line.namesOnly, "Paths instead of instances");
+    addRequest(command, line);
+    addPropertyList(command, line);
+    addFormat(command, line);
+}
+
+void addEnumerateNames(CLI::App &command, CommandLine &line) {
+    command.add_option("CLASS", line.target, "Class, with or without TRV_oVTA, in any case")->required();
+    addRequest(command, line);
+    addFormat(command, line);
+}
+
+void addGet(CLI::App &command, CommandLine &line) {
+    addInstance(command, line);
+    addPropertyList(command, line);
+    addFormat(command, line);
+}
+
+void addCount(CLI::App &command, CommandLine &line) {
+    command.add_option("CLASS", line.target, "Class, or a glob such as '*Sensor'; all classes if not given");
+    addRequest(command, line);
+    addFormat(command, line);
+}
+
+void addModify(CLI::App &command, CommandLine &line) {
+    addInstance(command, line);
+    command
+        .add_option(
+            "CHANGES", line.assignments,
+            "Name=value. An array's elements are separated by commas, or given one by one: Name=a Name=b")
+        ->allow_extra_args();
+    command.add_option("--null", line.nulls, "Property to be set to NULL")->allow_extra_args(false);
+}
+
+void addInvoke(CLI::App &command, CommandLine &line) {
+    addInstance(command, line);
+    command.add_option("METHOD", line.method, "Method of the instance's class")->required();
+    command.add_option("PARAMETERS", line.assignments, "Name=value, as for modify")->allow_extra_args();
+    command.add_option("--null", line.nulls, "Parameter to be given as NULL")->allow_extra_args(false);
+    addFormat(command, line);
+}
+
+void addClass(CLI::App &command, CommandLine &line) {
+    command.add_option("CLASS", line.target, "Class, with or without TRV_oVTA, in any case")->required();
+    addFormat(command, line);
+}
+
+void addClasses(CLI::App &command, CommandLine &line) {
+    command.add_option("CLASS", line.target,
+                       "Class whose subclasses are meant; all that have no superclass if not given");
+    command.add_flag("--deep,--di", line.deep, "Subclasses of subclasses too");
+    command.add_flag("--names-only,--no", line.namesOnly, "Names instead of declarations");
+    addFormat(command, line);
+}
+
+void addGlob(CLI::App &command, CommandLine &line) {
+    command.add_option("GLOB", line.target,
+                       "Name with * and ?, with or without TRV_oVTA; all classes if not given");
+    addFormat(command, line);
+}
+
+void addTree(CLI::App &command, CommandLine &line) {
+    command.add_option("CLASS", line.target, "Class at the root; all classes if not given");
+}
+
+void addForce(CLI::App &command, CommandLine &line) {
+    command.add_flag("--force", line.force, "Replace a store that exists, and lose what it holds");
+}
+
+void addMask(CLI::App &command, CommandLine &line) {
+    command.add_option("MASK", line.mask,
+                       "256 failures, 512 progress, their sum both, 0 nothing; shown if not given");
+}
+
+void addPid(CLI::App &command, CommandLine &line) {
+    command.add_option("PID", line.pid, "Process whose mask is to be read again")
+        ->required()
+        ->check(CLI::PositiveNumber);
+}
+
+void addNothing(CLI::App &, CommandLine &) {}
+
+constexpr Verb instanceVerbs[] = {
+    {"enumerate", "All instances of a class and its subclasses", addEnumerate,
+     [](const CommandLine &line, const CLI::App &app) { enumerateInstances(instanceOptions(line, app)); }},
+    {"get", "One instance", addGet,
+     [](const CommandLine &line, const CLI::App &app) { getInstance(instanceOptions(line, app)); }},
+    {"count", "Number of instances of classes", addCount,
+     [](const CommandLine &line, const CLI::App &app) { countInstances(instanceOptions(line, app)); }},
+    {"modify", "Change properties of an instance", addModify,
+     [](const CommandLine &line, const CLI::App &app) { modifyInstance(instanceOptions(line, app)); }},
+    {"invokemethod", "Call a method of an instance", addInvoke,
+     [](const CommandLine &line, const CLI::App &app) { invokeMethod(instanceOptions(line, app)); }},
+};
+
+constexpr Verb classVerbs[] = {
+    {"find", "Names of classes", addGlob,
+     [](const CommandLine &line, const CLI::App &) { findClasses(classOptions(line)); }},
+    {"get", "Declaration of a class: properties, types, methods", addClass,
+     [](const CommandLine &line, const CLI::App &) { getClass(classOptions(line)); }},
+    {"enumerate", "Subclasses of a class", addClasses,
+     [](const CommandLine &line, const CLI::App &) { enumerateClasses(classOptions(line)); }},
+    {"tree", "Classes below a class, as a tree", addTree,
+     [](const CommandLine &line, const CLI::App &) { printClassTree(classOptions(line)); }},
+};
+
+// wbemcli's short verbs.
+constexpr Verb shortVerbs[] = {
+    {"ei", "Short for instance enumerate", addEnumerate, instanceVerbs[0].run},
+    {"ein", "Short for instance enumerate --names-only", addEnumerateNames,
+     [](const CommandLine &line, const CLI::App &app) {
+         InstanceOptions options = instanceOptions(line, app);
+         options.namesOnly = true;
+         enumerateInstances(options);
+     }},
+    {"gi", "Short for instance get", addGet, instanceVerbs[1].run},
+    {"mi", "Short for instance modify", addModify, instanceVerbs[3].run},
+    {"cm", "Short for instance invokemethod", addInvoke, instanceVerbs[4].run},
+    {"gc", "Short for class get", addClass, classVerbs[1].run},
+};
+
+constexpr Verb storeVerbs[] = {
+    {"create", "Create the store with the sample server", addForce,
+     [](const CommandLine &line, const CLI::App &) { createStore(line.force); }},
+    {"path", "Print the store's path", addNothing,
+     [](const CommandLine &, const CLI::App &) { printStorePath(); }},
+    {"info", "Print what the store holds", addNothing,
+     [](const CommandLine &, const CLI::App &) { printStoreInfo(); }},
+    {"mask", "Print or set the trace mask", addMask,
+     [](const CommandLine &line, const CLI::App &app) {
+         traceMask(app.get_option("MASK")->count() > 0 ? std::optional(line.mask) : std::nullopt);
+     }},
+};
+
+constexpr Verb notifyVerbs[] = {
+    {"create", "Create the two message queues", addNothing,
+     [](const CommandLine &, const CLI::App &) { createNotifyQueues(); }},
+    {"post", "Ask a process to read its trace mask again", addPid,
+     [](const CommandLine &line, const CLI::App &) { notifyProcess(line.pid); }},
+    {"watch", "Print processes that register themselves, and notify them when the mask changes", addNothing,
+     [](const CommandLine &, const CLI::App &) { watchProcesses(); }},
+    {"remove", "Remove the two message queues", addNothing,
+     [](const CommandLine &, const CLI::App &) { removeNotifyQueues(); }},
+};
+
+template <size_t N> void addVerbs(CLI::App &parent, const Verb (&verbs)[N], CommandLine &line) {
+    for (const Verb &verb : verbs) {
+        CLI::App *command = parent.add_subcommand(verb.name, verb.description);
+        verb.addOptions(*command, line);
+        command->callback([&line, &verb, command] { line.command = [&] { verb.run(line, *command); }; });
+    }
+}
+
+CLI::App *addGroup(CLI::App &parent, const char *name, const char *description) {
+    CLI::App *group = parent.add_subcommand(name, description);
+    group->require_subcommand(1);
+    return group;
+}
+
+constexpr char footer[] = R"(Examples:
+  vch instance enumerate RegisteredProfile -o json
+  vch gi 'RegisteredProfile.InstanceID="..."' --propertylist RegisteredName,RegisteredVersion
+  vch instance modify ServerConfigSettings ConfPowerCycleDelay=7 --journal
+
+Environment:
+  VCH_STORE    file of the simulated service processor
+  VCH_TRACE    where the class library's trace goes
+  VCH_FAULTS   back-end calls that are to fail: function[@call][=result];...
+  VCH_MODULE   provider module, instead of the one that belongs to the tool
+  VCH_SCHEMA   folder of the MOF files, likewise
+  NO_COLOR     no bold text on a terminal
+
+Exit codes: 0 done, 1 CIM error, 2 usage, 3 back end (store, provider module, schema).)";
+
+int reported(ExitCode code, const std::string &message) {
+    fputs(("vch: " + message + "\n").c_str(), stderr);
+    return code;
+}
+
+int run(int argc, char **argv) {
+    CLI::App app("CIM client of the vendor class library, on a simulated service processor", "vch");
+    app.require_subcommand(1);
+    app.set_version_flag("--version", VCH_VERSION);
+
+    CommandLine line;
+    addVerbs(*addGroup(app, "instance", "Instances of classes"), instanceVerbs, line);
+    addVerbs(*addGroup(app, "class", "Declarations of classes"), classVerbs, line);
+    addVerbs(app, shortVerbs, line);
+    CLI::App &sp = *addGroup(app, "sp", "The simulated service processor");
+    addVerbs(sp, storeVerbs, line);
+    addVerbs(*addGroup(sp, "notify", "Message queues by which processes hear of a new trace mask"),
+             notifyVerbs, line);
+    app.footer(footer); // commands would inherit one that stands before them
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success &asked) { // --help, --version
+        return app.exit(asked);
+    } catch (const CLI::Error &error) {
+        return reported(UsageError, fmt::format("{}; see 'vch --help'", error.what()));
+    }
+    line.command();
+    if (fflush(stdout) != 0 || ferror(stdout))
+        return reported(BackEndError, "standard output can't be written");
+    return Success;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    try {
+        return run(argc, argv);
+    } catch (const Failure &failure) {
+        fflush(stdout);
+        return reported(failure.exitCode, failure.message);
+    } catch (const std::exception &error) { // out of memory, standard output closed
+        return reported(BackEndError, error.what());
+    }
+}
