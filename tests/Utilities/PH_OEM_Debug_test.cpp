@@ -1,0 +1,99 @@
+// The trace log and its hooks, against real message queues on a file of their own.
+#include "Utilities/PH_OEM_Debug.h"
+#include "platform/sp/notify.h"
+#include "support/fixture.h"
+
+#include <chrono>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+struct PH_OEM_Debug : ServiceProcessorTest {};
+
+TEST_F(PH_OEM_Debug, ALineNamesLevelFileAndText) {
+    zbr_debugout_oemcim(TraceFailure, "Utilities/Somewhere.cpp", 42, "%s failed with %d\n", "something", -7);
+    zbr_debugout_oemcim(TraceProgress, "Utilities/Somewhere.cpp", 43, "on the way");
+    EXPECT_NE(trace().find("Utilities/Somewhere.cpp:42"), std::string::npos) << trace();
+    EXPECT_NE(trace().find("something failed with -7\n"), std::string::npos) << trace();
+    EXPECT_NE(trace().find("on the way\n"), std::string::npos) << trace();
+    EXPECT_STREQ(zbr_debug_oemcim.name, "oemcim");
+}
+
+TEST_F(PH_OEM_Debug, TheMaskDecidesWhichLevelsAreWritten) {
+    const auto writeWithMask = [&](int mask) {
+        sp::sql("UPDATE configuration_variable SET value = " + std::to_string(mask) +
+                " WHERE id = " + std::to_string(sp::trace_mask_variable));
+        zbr_debugmaskreconfig();
+        TRACE(TraceFailure, "failure under %d", mask);
+        TRACE(TraceProgress, "progress under %d", mask);
+    };
+    writeWithMask(TraceFailure);
+    writeWithMask(TraceProgress);
+    writeWithMask(0);
+    writeWithMask(TraceFailure | TraceProgress);
+    const std::string lines = trace();
+    const auto has = [&](const char *text) { return lines.find(text) != std::string::npos; };
+    EXPECT_TRUE(has("failure under 256"));
+    EXPECT_FALSE(has("progress under 256"));
+    EXPECT_FALSE(has("failure under 512"));
+    EXPECT_TRUE(has("progress under 512"));
+    EXPECT_FALSE(has("under 0"));
+    EXPECT_TRUE(has("failure under 768") && has("progress under 768"));
+}
+
+// --- Configuration read hook
+
+TEST_F(PH_OEM_Debug, TheReadHookDeliversAVariable) {
+    std::uint8_t buffer[16] = {};
+    std::uint16_t returned = 0;
+    EXPECT_EQ(zbr_debughook_readconfig(sp::trace_mask_variable, 0, buffer, sizeof buffer, &returned), 0);
+    EXPECT_EQ(returned, 2);
+    EXPECT_EQ(buffer[0] | buffer[1] << 8, 768);
+    EXPECT_EQ(sp::calls("CIM_Close_Session"), 1);
+}
+
+TEST_F(PH_OEM_Debug, TheReadHookTellsNoSessionFromAFailedRead) {
+    std::uint8_t buffer[16] = {};
+    std::uint16_t returned = 99;
+    sp::fail("ZBR_CIM_GetConfigSpaceVariables");
+    EXPECT_EQ(zbr_debughook_readconfig(sp::trace_mask_variable, 0, buffer, sizeof buffer, &returned), 19);
+    sp::fail("CIM_Create_IPMI20_Session");
+    EXPECT_EQ(zbr_debughook_readconfig(sp::trace_mask_variable, 0, buffer, sizeof buffer, &returned), 1);
+    EXPECT_EQ(returned, 99);
+    EXPECT_EQ(sp::calls("CIM_Close_Session"), 2) << "also when opening failed";
+    EXPECT_EQ(trace(), "") << "the hook is silent";
+}
+
+// --- Mask notification
+
+// Waits for something that another thread does; a test that never sees it fails, it isn't timed.
+template <typename Condition> bool eventually(Condition condition) {
+    for (int i = 0; i < 2000 && !condition(); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return condition();
+}
+
+TEST_F(PH_OEM_Debug, WithoutQueuesTheRegistrationFails) {
+    sp::remove_notify_queues(VCH_NOTIFY_FILE);
+    EXPECT_NE(zbr_debughook_init(), 0);
+    EXPECT_NE(trace().find("Config notify registration failed"), std::string::npos);
+}
+
+TEST_F(PH_OEM_Debug, EachNotificationForThisProcessReloadsTheMaskOnce) {
+    sp::create_notify_queues(VCH_NOTIFY_FILE);
+    ASSERT_EQ(zbr_debughook_init(), 0);
+    EXPECT_EQ(sp::take_registrations(VCH_NOTIFY_FILE), std::vector<pid_t>{getpid()});
+
+    const auto reloads = [] { return sp::calls("zbr_debugmaskreconfig"); };
+    sp::post_notification(getpid() + 1, VCH_NOTIFY_FILE); // another process's business
+    sp::post_notification(getpid(), VCH_NOTIFY_FILE);
+    EXPECT_TRUE(eventually([&] { return reloads() == 1; })) << reloads();
+    sp::post_notification(getpid(), VCH_NOTIFY_FILE);
+    EXPECT_TRUE(eventually([&] { return reloads() == 2; })) << reloads();
+    sp::remove_notify_queues(VCH_NOTIFY_FILE);
+}
+
+} // namespace

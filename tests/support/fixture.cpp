@@ -1,0 +1,200 @@
+#include "support/fixture.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The stores of a test program lie in memory, in a folder that goes with it.
+struct Folder {
+    fs::path path = fs::path("/dev/shm") / ("vch-test-" + std::to_string(getpid()));
+    Folder() {
+        fs::create_directories(path);
+        sp::create_store(sample());
+        // Before the library writes its first trace line, which is when the diagnostic library looks.
+        setenv("VCH_TRACE", trace().c_str(), 1);
+        sp::use_store(sample());
+        sp::sql("UPDATE configuration_variable SET value = 256 + 512 WHERE id = " +
+                std::to_string(sp::trace_mask_variable));
+        sp::sql("PRAGMA wal_checkpoint(TRUNCATE)"); // copies of the file alone must be whole
+        std::ofstream{trace()};
+    }
+    ~Folder() { fs::remove_all(path); }
+    fs::path sample() const { return path / "sample.db"; }
+    fs::path trace() const { return path / "trace"; }
+    fs::path newStore() {
+        static int number = 0;
+        return path / ("store" + std::to_string(++number) + ".db");
+    }
+};
+
+Folder &folder() {
+    static Folder folder;
+    return folder;
+}
+
+broker::Broker &theBroker() {
+    static const broker::BrokerPointer broker = [] {
+        broker::Settings settings;
+        settings.providerModule = PROVIDER_MODULE;
+        settings.mofFiles = {SCHEMA_FOLDER "/CIM_base.mof", SCHEMA_FOLDER "/TRV_oVTA.mof"};
+        settings.providedClasses = {"TRV_*"};
+        std::string error;
+        broker::BrokerPointer opened = broker::openBroker(settings, error);
+        if (opened == nullptr) {
+            ADD_FAILURE() << error;
+            std::abort();
+        }
+        return opened;
+    }();
+    return *broker;
+}
+
+broker::PropertyList listOf(PropertyNames &properties) {
+    if (!properties) {
+        return nullptr;
+    }
+    properties->push_back(nullptr);
+    return properties->data();
+}
+
+std::string withPrefix(const std::string &name) {
+    return "TRV_oVTA" + name;
+}
+
+} // namespace
+
+// --- Reply
+
+std::string Reply::value(std::size_t instance, const char *property) const {
+    CMPIStatus st{};
+    const CMPIData data = CMGetProperty(answer.instances.at(instance), property, &st);
+    return st.rc == CMPI_RC_OK ? broker::textOfValue(data) : "(unset)";
+}
+
+std::vector<std::string> Reply::propertyNames(std::size_t instance) const {
+    std::vector<std::string> names;
+    const CMPIInstance *inst = answer.instances.at(instance);
+    for (CMPICount i = 0; i < CMGetPropertyCount(inst, nullptr); ++i) {
+        CMPIString *name = nullptr;
+        CMGetPropertyAt(inst, i, &name, nullptr);
+        names.push_back(CMGetCharsPtr(name, nullptr));
+    }
+    return names;
+}
+
+int Reply::find(const char *property, const std::string &text) const {
+    for (std::size_t i = 0; i < answer.instances.size(); ++i) {
+        if (value(i, property) == text) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+// --- Fixture
+
+// A store of its own for each test: connections to the one before may still be open in other threads.
+ServiceProcessorTest::ServiceProcessorTest() : store(folder().newStore()) {
+    fs::copy_file(folder().sample(), store);
+    sp::use_store(store);
+    sp::clear_faults();
+    wraps::reset();
+    fs::resize_file(folder().trace(), 0);
+    sp::start_journal();
+    theBroker();
+}
+
+ServiceProcessorTest::~ServiceProcessorTest() {
+    sp::stop_journal();
+    EXPECT_EQ(sp::open_handles(sp::Handle::OemDb), 0);
+    EXPECT_EQ(sp::open_handles(sp::Handle::CoreDb), 0);
+    EXPECT_EQ(sp::open_handles(sp::Handle::Session), 0);
+    EXPECT_EQ(broker::liveClones(theBroker()), 0U);
+    for (const char *beside : {"", "-wal", "-shm"}) {
+        fs::remove(store + beside);
+    }
+}
+
+broker::RequestPointer ServiceProcessorTest::request() {
+    broker::Client client;
+    client.principal = "admin";
+    client.remoteAddress = "192.0.2.7";
+    return broker::beginRequest(theBroker(), client);
+}
+
+const CMPIBroker *ServiceProcessorTest::cmpi() {
+    return broker::cmpiBroker(theBroker());
+}
+
+CMPIObjectPath *ServiceProcessorTest::path(broker::Request &request, const std::string &text) {
+    std::string error;
+    CMPIObjectPath *path = broker::parsePath(request, withPrefix(text), error);
+    EXPECT_NE(path, nullptr) << error;
+    return path;
+}
+
+Reply ServiceProcessorTest::enumerate(const std::string &className, PropertyNames properties) {
+    Reply reply{request(), {}};
+    reply.answer =
+        broker::enumerateInstances(*reply.request, path(*reply.request, className), listOf(properties));
+    return reply;
+}
+
+Reply ServiceProcessorTest::names(const std::string &className) {
+    Reply reply{request(), {}};
+    reply.answer = broker::enumerateInstanceNames(*reply.request, path(*reply.request, className));
+    return reply;
+}
+
+Reply ServiceProcessorTest::get(const std::string &pathText, PropertyNames properties) {
+    Reply reply{request(), {}};
+    reply.answer = broker::getInstance(*reply.request, path(*reply.request, pathText), listOf(properties));
+    return reply;
+}
+
+std::string ServiceProcessorTest::trace() {
+    std::stringstream text;
+    text << std::ifstream(folder().trace()).rdbuf();
+    return text.str();
+}
+
+// --- CountingResult
+
+namespace {
+
+CMPIStatus count(const CMPIResult *result) {
+    ++static_cast<CountingResult *>(const_cast<void *>(result->hdl))->returned;
+    return {CMPI_RC_OK, nullptr};
+}
+
+const CMPIResultFT counting_table = {
+    200,
+    [](CMPIResult *) {
+        return CMPIStatus{CMPI_RC_OK, nullptr};
+    },
+    [](const CMPIResult *, CMPIStatus *) -> CMPIResult * { return nullptr; },
+    [](const CMPIResult *result, const CMPIValue *, CMPIType) { return count(result); },
+    [](const CMPIResult *result, const CMPIInstance *) { return count(result); },
+    [](const CMPIResult *result, const CMPIObjectPath *) { return count(result); },
+    [](const CMPIResult *) {
+        return CMPIStatus{CMPI_RC_OK, nullptr};
+    },
+    [](const CMPIResult *, const CMPIError *) {
+        return CMPIStatus{CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+    },
+};
+
+} // namespace
+
+CountingResult::CountingResult() : result{this, &counting_table} {}
+
+std::string textOf(const CMPIStatus &status) {
+    const char *message = status.msg == nullptr ? nullptr : CMGetCharsPtr(status.msg, nullptr);
+    return std::to_string(status.rc) + (message == nullptr ? "" : std::string(" ") + message);
+}

@@ -1,0 +1,63 @@
+// A fresh sample server for each test, and a broker that asks the class library about it.
+//
+// A test changes the server with sp::sql or lets back-end calls fail with sp::fail, asks, and says what a
+// client sees. When it ends, every handle, session and clone must have been given back.
+#pragma once
+
+#include "broker/broker.h"
+#include "platform/sp/sp.h"
+#include "support/wraps.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+// What a client got, together with the request that owns it.
+struct Reply {
+    broker::RequestPointer request;
+    broker::Answer answer;
+
+    std::size_t size() const { return answer.instances.size() + answer.paths.size(); }
+    // A property of an instance: its text, "NULL", or "(unset)" when the instance doesn't have it.
+    std::string value(std::size_t instance, const char *property) const;
+    // The names of the properties that an instance has, in the order in which they were set.
+    std::vector<std::string> propertyNames(std::size_t instance) const;
+    // The instance whose property has that text; the first one's number, or -1.
+    int find(const char *property, const std::string &text) const;
+};
+
+using PropertyNames = std::optional<std::vector<const char *>>;
+
+struct ServiceProcessorTest : testing::Test {
+    ServiceProcessorTest();
+    ~ServiceProcessorTest() override;
+
+    // The operations of a client. Class names go without the prefix; a path is written as Class.Key="value".
+    Reply enumerate(const std::string &className, PropertyNames properties = {});
+    Reply names(const std::string &className);
+    Reply get(const std::string &path, PropertyNames properties = {});
+
+    // A request for tests that call the library's functions themselves.
+    broker::RequestPointer request();
+    const CMPIBroker *cmpi();
+    CMPIObjectPath *path(broker::Request &request, const std::string &text);
+
+    // What the trace log got since the test began.
+    std::string trace();
+
+    const std::string store; // the file of this test's server
+};
+
+// A CMPIResult that counts what it is given, for operations that are called directly.
+struct CountingResult {
+    CMPIResult result;
+    int returned = 0;
+    CountingResult();
+};
+
+// A status as "rc message".
+std::string textOf(const CMPIStatus &status);
+
+constexpr char name_space[] = "root/cimv2";
