@@ -46,8 +46,9 @@ const CMPIArgsFT argumentsTable = {
 
 ArgumentsObject *newArguments(Memory &memory) {
     auto *arguments = allocateObject<ArgumentsObject>(memory);
-    if (arguments != nullptr)
+    if (arguments != nullptr) {
         *arguments = {{arguments, &argumentsTable}, &memory, {}};
+    }
     return arguments;
 }
 

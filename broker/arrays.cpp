@@ -39,10 +39,12 @@ CMPIData getElementAt(const CMPIArray *array, CMPICount index, CMPIStatus *statu
 // here: an array of texts is otherwise filled with a string object per element for nothing.
 CMPIStatus setElementAt(const CMPIArray *array, CMPICount index, const CMPIValue *value, CMPIType type) {
     ArrayObject &object = *objectOf(array);
-    if (index >= object.count)
+    if (index >= object.count) {
         return statusOf(CMPI_RC_ERR_NO_SUCH_PROPERTY);
-    if (storedType(type) != object.elementType)
+    }
+    if (storedType(type) != object.elementType) {
         return statusOf(CMPI_RC_ERR_TYPE_MISMATCH);
+    }
     return statusOf(copyValue(*object.memory, value, type, object.elements[index]));
 }
 
@@ -61,8 +63,9 @@ const CMPIArrayFT arrayTable = {
 ArrayObject *newArray(Memory &memory, CMPIType elementType, CMPICount count) {
     auto *array = allocateObject<ArrayObject>(memory);
     CMPIData *elements = allocateArray<CMPIData>(memory, count);
-    if (array == nullptr || (elements == nullptr && count > 0))
+    if (array == nullptr || (elements == nullptr && count > 0)) {
         return nullptr;
+    }
     *array = {{array, &arrayTable}, &memory, storedType(elementType), count, elements};
     std::fill_n(elements, count, nullData(array->elementType));
     return array;
@@ -73,8 +76,9 @@ ArrayObject *copyArray(Memory &memory, const ArrayObject &source) {
     for (CMPICount i = 0; copy != nullptr && i < source.count; ++i) {
         const CMPIData &element = source.elements[i];
         if (!CMIsNullValue(element) &&
-            copyValue(memory, &element.value, element.type, copy->elements[i]) != CMPI_RC_OK)
+            copyValue(memory, &element.value, element.type, copy->elements[i]) != CMPI_RC_OK) {
             return nullptr;
+        }
     }
     return copy;
 }

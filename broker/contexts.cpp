@@ -47,8 +47,9 @@ const CMPIContextFT contextTable = {
 
 ContextObject *newContext(Memory &memory) {
     auto *context = allocateObject<ContextObject>(memory);
-    if (context != nullptr)
+    if (context != nullptr) {
         *context = {{context, &contextTable}, &memory, {}, nullptr, false};
+    }
     return context;
 }
 

@@ -28,10 +28,11 @@ CMPIInstance *newInstanceOf(const CMPIBroker *, const CMPIObjectPath *path, CMPI
     }
     const PathObject &object = *objectOf(path);
     if (object.body->cls == nullptr) {
-        if (status != nullptr)
+        if (status != nullptr) {
             *status = statusOf(CMPI_RC_ERR_INVALID_CLASS, std::string("class \"") +
                                                               CMGetCharPtr(&object.body->className->cmpi) +
                                                               "\" isn't declared");
+        }
         return nullptr;
     }
     return made(newInstance(*memory, object), CMPI_RC_ERR_FAILED, status);
@@ -116,12 +117,15 @@ constexpr Kind kinds[] = {
 };
 
 const Kind *kindOf(const void *object) {
-    if (object == nullptr)
+    if (object == nullptr) {
         return nullptr;
+    }
     const void *table = static_cast<const CMPIString *>(object)->ft;
-    for (const Kind &kind : kinds)
-        if (kind.table == table)
+    for (const Kind &kind : kinds) {
+        if (kind.table == table) {
             return &kind;
+        }
+    }
     return nullptr;
 }
 
@@ -133,8 +137,9 @@ CMPIString *toString(const CMPIBroker *broker, const void *object, CMPIStatus *s
     }
     CMPIData data = {kind->type, CMPI_goodValue, {}};
     data.value.string = static_cast<CMPIString *>(const_cast<void *>(object));
-    if (kind->type == CMPI_ARRAY)
+    if (kind->type == CMPI_ARRAY) {
         data.type = static_cast<CMPIType>(CMPI_ARRAY | objectOf(data.value.array)->elementType);
+    }
     return newStringOf(broker, kind->type == CMPI_null ? kind->name : textOfValue(data).c_str(), status);
 }
 

@@ -48,8 +48,9 @@ CMPIBoolean isInterval(const CMPIDateTime *dateTime, CMPIStatus *status) {
 // Days since 1970-01-01 of a date in the proleptic Gregorian calendar. Years are counted from March, so
 // that the leap day ends a year; 400 years have 146097 days.
 CMPISint64 daysOf(CMPISint64 year, CMPISint64 month, CMPISint64 dayOfMonth) {
-    if (month <= 2)
+    if (month <= 2) {
         --year;
+    }
     const CMPISint64 era = (year >= 0 ? year : year - 399) / 400;
     const CMPISint64 yearOfEra = year - era * 400;
     const CMPISint64 dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + dayOfMonth - 1;
@@ -103,25 +104,29 @@ bool readFields(const char *text, std::span<const Field> fields, CMPISint64 *val
         CMPISint64 value = 0;
         for (size_t i = field.at; i < field.at + field.width; ++i) {
             const char c = text[i];
-            if (c == '*' && !isOffset && (isUnknown || isFraction || i == field.at))
+            if (c == '*' && !isOffset && (isUnknown || isFraction || i == field.at)) {
                 isUnknown = true;
-            else if (c < '0' || c > '9' || (isUnknown && !isOffset))
+            } else if (c < '0' || c > '9' || (isUnknown && !isOffset)) {
                 return false;
+            }
             value = value * 10 + (c == '*' ? 0 : c - '0');
         }
-        if (isUnknown && !isOffset && text[field.at] == '*')
+        if (isUnknown && !isOffset && text[field.at] == '*') {
             value = field.least;
-        if (value < field.least || value > field.greatest)
+        }
+        if (value < field.least || value > field.greatest) {
             return false;
+        }
         values[f] = value;
     }
     return true;
 }
 
 bool readTimestamp(const char *text, CMPISint64 &microseconds) {
-    CMPISint64 v[8];
-    if (!readFields(text, timestampFields, v) || v[2] > daysInMonth(v[0], v[1]))
+    CMPISint64 v[8] = {};
+    if (!readFields(text, timestampFields, v) || v[2] > daysInMonth(v[0], v[1])) {
         return false;
+    }
     const CMPISint64 offset = text[signAt] == '-' ? -v[7] : v[7];
     microseconds =
         daysOf(v[0], v[1], v[2]) * day + v[3] * hour + v[4] * minute + v[5] * second + v[6] - offset * minute;
@@ -129,9 +134,10 @@ bool readTimestamp(const char *text, CMPISint64 &microseconds) {
 }
 
 bool readInterval(const char *text, CMPISint64 &microseconds) {
-    CMPISint64 v[6];
-    if (!readFields(text, intervalFields, v))
+    CMPISint64 v[6] = {};
+    if (!readFields(text, intervalFields, v)) {
         return false;
+    }
     microseconds = v[0] * day + v[1] * hour + v[2] * minute + v[3] * second + v[4];
     return true;
 }
@@ -149,22 +155,25 @@ const CMPIDateTimeFT dateTimeTable = {
 
 DateTimeObject *newDateTime(Memory &memory, CMPISint64 microseconds, bool isInterval, const char *text) {
     auto *dateTime = allocateObject<DateTimeObject>(memory);
-    if (dateTime == nullptr)
+    if (dateTime == nullptr) {
         return nullptr;
+    }
     *dateTime = {{dateTime, &dateTimeTable}, &memory, microseconds, isInterval, {}};
     std::memcpy(dateTime->text, text, textLength);
     return dateTime;
 }
 
 DateTimeObject *copyDateTime(Memory &memory, const DateTimeObject &source) {
-    if (source.memory == &memory)
+    if (source.memory == &memory) {
         return const_cast<DateTimeObject *>(&source);
+    }
     return newDateTime(memory, source.microseconds, source.isInterval, source.text);
 }
 
 DateTimeObject *dateTimeFromText(Memory &memory, const char *text) {
-    if (std::strlen(text) != textLength || text[pointAt] != '.')
+    if (std::strlen(text) != textLength || text[pointAt] != '.') {
         return nullptr;
+    }
     CMPISint64 microseconds = 0;
     const bool isInterval = text[signAt] == ':';
     const bool isRead =
@@ -177,8 +186,9 @@ DateTimeObject *dateTimeFromBinary(Memory &memory, CMPIUint64 microseconds, bool
     static const CMPISint64 timestampEnd = daysOf(10000, 1, 1) * day;
     constexpr CMPISint64 intervalEnd = 100000000 * day;
     const auto end = static_cast<CMPIUint64>(isInterval ? intervalEnd : timestampEnd);
-    if (microseconds >= end)
+    if (microseconds >= end) {
         return nullptr;
+    }
     const auto time = static_cast<CMPISint64>(microseconds);
     const CMPISint64 days = time / day;
     const int hours = static_cast<int>(time % day / hour);

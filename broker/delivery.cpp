@@ -13,18 +13,21 @@ std::string quoted(const std::string &name) {
 }
 
 std::string faultOfClass(const Class *cls, const StringObject &name, const Class *expected) {
-    if (cls == nullptr)
+    if (cls == nullptr) {
         return "the provider answered with class " + quoted(CMGetCharPtr(&name.cmpi)) +
                ", which isn't declared";
-    if (expected != nullptr && !isA(*cls, *expected))
+    }
+    if (expected != nullptr && !isA(*cls, *expected)) {
         return "the provider answered with class " + cls->name + " where " + expected->name +
                " was asked for";
+    }
     return {};
 }
 
 bool isMissing(const CMPIData *value) {
-    if (value == nullptr || CMIsNullValue(*value))
+    if (value == nullptr || CMIsNullValue(*value)) {
         return true;
+    }
     return value->type == CMPI_string && *CMGetCharPtr(value->value.string) == '\0';
 }
 
@@ -38,17 +41,20 @@ std::string faultOfKeys(const NamedValues &keys, const Class &cls) {
     for (const size_t index : cls.keys) {
         const Property &key = cls.properties[index];
         const NamedValue *value = findValue(keys, key.name);
-        if (isMissing(value == nullptr ? nullptr : &value->data))
+        if (isMissing(value == nullptr ? nullptr : &value->data)) {
             return "class " + cls.name + ": the object path's key " + key.name + " is missing or empty";
-        if (!fitsKey(value->data, key))
+        }
+        if (!fitsKey(value->data, key)) {
             return "class " + cls.name + ": the object path's key " + key.name + " is of type " +
                    textOfType(value->data.type) + ", declared " + textOfType(key.type);
+        }
     }
     for (CMPICount i = 0; i < keys.count; ++i) {
         const Property *property = findProperty(cls, keys.values[i].name);
-        if (property == nullptr || !property->isKey)
+        if (property == nullptr || !property->isKey) {
             return "class " + cls.name + ": the object path has a key " + keys.values[i].name +
                    " that isn't declared as one";
+        }
     }
     return {};
 }
@@ -57,26 +63,35 @@ std::string faultOfKeys(const NamedValues &keys, const Class &cls) {
 
 std::string faultOfInstance(const InstanceBody &body, const Class *expected) {
     const Class &cls = *body.layout->cls;
-    if (expected != nullptr && !isA(cls, *expected))
+    if (expected != nullptr && !isA(cls, *expected)) {
         return faultOfClass(&cls, *body.path->className, expected);
-    if (body.hasUndeclared) {
-        for (uint32_t s = 0; s < std::min(body.capacity, body.layout->count); ++s)
-            if (body.values[s].type != CMPI_null && body.layout->slots[s].property == nullptr)
-                return "class " + cls.name + " declares no property " + body.layout->slots[s].name;
     }
-    for (size_t k = 0; k < cls.keys.size(); ++k)
-        if (isMissing(keyValueOf(body, k)))
+    if (body.hasUndeclared) {
+        for (uint32_t s = 0; s < std::min(body.capacity, body.layout->count); ++s) {
+            if (body.values[s].type != CMPI_null && body.layout->slots[s].property == nullptr) {
+                return "class " + cls.name + " declares no property " + body.layout->slots[s].name;
+            }
+        }
+    }
+    for (size_t k = 0; k < cls.keys.size(); ++k) {
+        if (isMissing(keyValueOf(body, k))) {
             return "class " + cls.name + ": the key property " + cls.properties[cls.keys[k]].name +
                    " is missing or empty";
+        }
+    }
     const NamedValues &keys = body.path->keys;
-    if (keys.count == 0)
+    if (keys.count == 0) {
         return {}; // the path takes its keys from the properties
-    if (std::string fault = faultOfKeys(keys, cls); !fault.empty())
+    }
+    if (std::string fault = faultOfKeys(keys, cls); !fault.empty()) {
         return fault;
-    for (CMPICount i = 0; i < keys.count; ++i)
-        if (!equalValues(keys.values[i].data, *valueOf(body, keys.values[i].name)))
+    }
+    for (CMPICount i = 0; i < keys.count; ++i) {
+        if (!equalValues(keys.values[i].data, *valueOf(body, keys.values[i].name))) {
             return "class " + cls.name + ": the key " + keys.values[i].name +
                    " of the object path differs from the property";
+        }
+    }
     return {};
 }
 
@@ -86,8 +101,9 @@ std::string faultOfPath(const PathBody &body, const Class *expected) {
 }
 
 std::string faultOfReturnValue(const CMPIData &value, const Method *method) {
-    if (method == nullptr || value.type == method->type)
+    if (method == nullptr || value.type == method->type) {
         return {};
+    }
     return "method " + method->name + " returned a value of type " + textOfType(value.type) + ", declared " +
            textOfType(method->type);
 }
@@ -97,11 +113,13 @@ std::string faultOfOutArguments(const NamedValues &arguments, const Class &cls, 
         const auto &[name, data] = arguments.values[i];
         const Parameter *parameter = findParameter(*method, name);
         const std::string where = "class " + cls.name + ", method " + method->name;
-        if (parameter == nullptr || !parameter->isOut)
+        if (parameter == nullptr || !parameter->isOut) {
             return where + " declares no out parameter " + name;
-        if (!fits(data.type, *parameter))
+        }
+        if (!fits(data.type, *parameter)) {
             return where + ": the out parameter " + name + " is of type " + textOfType(data.type) +
                    ", declared " + textOfType(parameter->type);
+        }
     }
     return {};
 }

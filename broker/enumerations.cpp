@@ -12,19 +12,23 @@ CMPIStatus release(CMPIEnumeration *enumeration) {
 // Copies of the items in a memory; null when it is exhausted.
 EnumerationObject *copyEnumeration(Memory &memory, const EnumerationObject &source) {
     void **items = allocateArray<void *>(memory, source.count);
-    if (items == nullptr && source.count > 0)
+    if (items == nullptr && source.count > 0) {
         return nullptr;
+    }
     for (size_t i = 0; i < source.count; ++i) {
-        if (source.type == CMPI_instance)
+        if (source.type == CMPI_instance) {
             items[i] = copyInstance(memory, *static_cast<InstanceObject *>(source.items[i]));
-        else
+        } else {
             items[i] = copyPath(memory, *static_cast<PathObject *>(source.items[i]));
-        if (items[i] == nullptr)
+        }
+        if (items[i] == nullptr) {
             return nullptr;
+        }
     }
     EnumerationObject *copy = newEnumeration(memory, source.type, items, source.count);
-    if (copy != nullptr)
+    if (copy != nullptr) {
         copy->position = source.position;
+    }
     return copy;
 }
 
@@ -34,10 +38,11 @@ CMPIEnumeration *clone(const CMPIEnumeration *enumeration, CMPIStatus *status) {
 
 CMPIData itemAt(const EnumerationObject &enumeration, size_t index) {
     CMPIData data = {enumeration.type, CMPI_goodValue, {}};
-    if (enumeration.type == CMPI_instance)
+    if (enumeration.type == CMPI_instance) {
         data.value.inst = &static_cast<InstanceObject *>(enumeration.items[index])->cmpi;
-    else
+    } else {
         data.value.ref = &static_cast<PathObject *>(enumeration.items[index])->cmpi;
+    }
     return data;
 }
 
@@ -65,8 +70,9 @@ CMPIArray *toArray(const CMPIEnumeration *enumeration, CMPIStatus *status) {
         setStatus(status, CMPI_RC_ERR_FAILED);
         return nullptr;
     }
-    for (size_t i = 0; i < object.count; ++i)
+    for (size_t i = 0; i < object.count; ++i) {
         array->elements[i] = itemAt(object, i);
+    }
     return &array->cmpi;
 }
 
@@ -83,8 +89,9 @@ const CMPIEnumerationFT enumerationTable = {
 
 EnumerationObject *newEnumeration(Memory &memory, CMPIType type, void **items, size_t count) {
     auto *enumeration = allocateObject<EnumerationObject>(memory);
-    if (enumeration != nullptr)
+    if (enumeration != nullptr) {
         *enumeration = {{enumeration, &enumerationTable}, &memory, type, items, count, 0};
+    }
     return enumeration;
 }
 

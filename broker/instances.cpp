@@ -22,27 +22,31 @@ namespace {
 
 uint32_t *bucketOf(const Layout &layout, std::string_view name) {
     uint32_t b = static_cast<uint32_t>(NameHash{}(name)) & (layout.bucketCount - 1);
-    while (layout.buckets[b] != noSlot && !sameName(layout.slots[layout.buckets[b]].name, name))
+    while (layout.buckets[b] != noSlot && !sameName(layout.slots[layout.buckets[b]].name, name)) {
         b = (b + 1) & (layout.bucketCount - 1);
+    }
     return &layout.buckets[b];
 }
 
 bool growLayout(Memory &memory, Layout &layout, uint32_t capacity) {
     Slot *slots = allocateArray<Slot>(memory, capacity);
     uint32_t bucketCount = 16;
-    while (bucketCount < capacity * 2)
+    while (bucketCount < capacity * 2) {
         bucketCount *= 2;
+    }
     uint32_t *buckets = allocateArray<uint32_t>(memory, bucketCount);
-    if (slots == nullptr || buckets == nullptr)
+    if (slots == nullptr || buckets == nullptr) {
         return false;
+    }
     std::copy_n(layout.slots, layout.count, slots);
     std::fill_n(buckets, bucketCount, noSlot);
     layout.slots = slots;
     layout.capacity = capacity;
     layout.buckets = buckets;
     layout.bucketCount = bucketCount;
-    for (uint32_t s = 0; s < layout.count; ++s)
+    for (uint32_t s = 0; s < layout.count; ++s) {
         *bucketOf(layout, slots[s].name) = s;
+    }
     return true;
 }
 
@@ -57,14 +61,16 @@ Layout *layoutOf(Memory &memory, const Class &cls) {
         }
     }
     Layout *layout = allocateArray<Layout>(memory, 1);
-    if (layout == nullptr)
+    if (layout == nullptr) {
         return nullptr;
+    }
     *layout = {};
     layout->cls = &cls;
     layout->first = noSlot;
     layout->keySlots = allocateArray<uint32_t>(memory, cls.keys.size() + 1);
-    if (layout->keySlots == nullptr || !growLayout(memory, *layout, 8))
+    if (layout->keySlots == nullptr || !growLayout(memory, *layout, 8)) {
         return nullptr;
+    }
     std::fill_n(layout->keySlots, cls.keys.size(), noSlot);
     layout->older = memory.layouts;
     return memory.layouts = layout;
@@ -73,17 +79,22 @@ Layout *layoutOf(Memory &memory, const Class &cls) {
 // The slot of a property, a new one if need be; noSlot when memory is exhausted.
 uint32_t slotNamed(Memory &memory, Layout &layout, const char *name) {
     const uint32_t present = *bucketOf(layout, name);
-    if (present != noSlot)
+    if (present != noSlot) {
         return present;
-    if (layout.count == layout.capacity && !growLayout(memory, layout, layout.capacity * 2))
+    }
+    if (layout.count == layout.capacity && !growLayout(memory, layout, layout.capacity * 2)) {
         return noSlot;
+    }
     const Property *property = findProperty(*layout.cls, name);
     const char *kept = property == nullptr ? copyText(memory, name) : property->name.c_str();
-    if (kept == nullptr)
+    if (kept == nullptr) {
         return noSlot;
-    for (size_t k = 0; property != nullptr && k < layout.cls->keys.size(); ++k)
-        if (property == &layout.cls->properties[layout.cls->keys[k]])
+    }
+    for (size_t k = 0; property != nullptr && k < layout.cls->keys.size(); ++k) {
+        if (property == &layout.cls->properties[layout.cls->keys[k]]) {
             layout.keySlots[k] = layout.count;
+        }
+    }
     layout.slots[layout.count] = {kept, property, noSlot};
     *bucketOf(layout, kept) = layout.count;
     return layout.count++;
@@ -91,8 +102,9 @@ uint32_t slotNamed(Memory &memory, Layout &layout, const char *name) {
 
 bool growValues(Memory &memory, InstanceBody &body, uint32_t capacity) {
     CMPIData *values = allocateArray<CMPIData>(memory, capacity);
-    if (values == nullptr)
+    if (values == nullptr) {
         return false;
+    }
     std::copy_n(body.values, body.capacity, values);
     body.values = values;
     body.capacity = capacity;
@@ -104,33 +116,40 @@ InstanceObject *newObject(Memory &memory, const Class &cls, PathObject *path) {
     auto *instance = allocateObject<InstanceObject>(memory);
     auto *body = allocateArray<InstanceBody>(memory, 1);
     Layout *layout = layoutOf(memory, cls);
-    if (instance == nullptr || body == nullptr || layout == nullptr || path == nullptr)
+    if (instance == nullptr || body == nullptr || layout == nullptr || path == nullptr) {
         return nullptr;
+    }
     path->body->isShared = true; // with whoever the path came from, and with those who ask for it
     *body = {};
     body->layout = layout;
     body->path = path->body;
     body->lastSet = noSlot;
-    if (!growValues(memory, *body, std::max(layout->count, 4U)))
+    if (!growValues(memory, *body, std::max(layout->count, 4U))) {
         return nullptr;
+    }
     *instance = {{instance, &instanceTable}, &memory, body};
     return instance;
 }
 
-InstanceBody *ownBody(InstanceObject &instance) {
-    InstanceBody *body = instance.body;
-    if (!body->isShared)
-        return body;
+InstanceBody *copyBody(InstanceObject &instance) {
+    const InstanceBody &body = *instance.body;
     auto *copy = allocateArray<InstanceBody>(*instance.memory, 1);
-    if (copy == nullptr)
+    if (copy == nullptr) {
         return nullptr;
-    *copy = *body;
+    }
+    *copy = body;
     copy->isShared = false;
     copy->capacity = 0;
-    if (!growValues(*instance.memory, *copy, body->capacity))
+    if (!growValues(*instance.memory, *copy, body.capacity)) {
         return nullptr;
-    std::copy_n(body->values, body->capacity, copy->values);
+    }
+    std::copy_n(body.values, body.capacity, copy->values);
     return instance.body = copy;
+}
+
+// An instance's body that may be changed; null when memory is exhausted.
+InstanceBody *ownBody(InstanceObject &instance) {
+    return instance.body->isShared ? copyBody(instance) : instance.body;
 }
 
 bool isSet(const CMPIData &data) {
@@ -142,8 +161,9 @@ const CMPIData *valueAt(const InstanceBody &body, uint32_t slot) {
 }
 
 bool isListed(const char *const *names, std::string_view name) {
-    while (*names != nullptr && !sameName(*names, name))
+    while (*names != nullptr && !sameName(*names, name)) {
         ++names;
+    }
     return *names != nullptr;
 }
 
@@ -151,8 +171,9 @@ bool isListed(const char *const *names, std::string_view name) {
 bool passes(Memory &memory, PropertyFilter &filter, const Layout &layout, uint32_t slot) {
     if (slot >= filter.count) {
         auto *verdicts = allocateArray<PropertyFilter::Verdict>(memory, layout.capacity);
-        if (verdicts == nullptr)
+        if (verdicts == nullptr) {
             return true;
+        }
         std::copy_n(filter.verdicts, filter.count, verdicts);
         filter.verdicts = verdicts;
         filter.count = layout.capacity;
@@ -195,8 +216,9 @@ CMPIData getPropertyAt(const CMPIInstance *instance, CMPICount index, CMPIString
     if (body.setCount == body.layout->count) {
         slot = index; // as nearly always: every slot is set
     } else {
-        for (CMPICount before = index; !isSet(body.values[slot]) || before-- > 0;)
+        for (CMPICount before = index; !isSet(body.values[slot]) || before-- > 0;) {
             ++slot;
+        }
     }
     setStatus(status, CMPI_RC_OK);
     if (name != nullptr) {
@@ -218,28 +240,35 @@ CMPIStatus setProperty(const CMPIInstance *instance, const char *name, const CMP
     InstanceObject &object = *objectOf(instance);
     Memory &memory = *object.memory;
     InstanceBody *body = ownBody(object);
-    if (body == nullptr)
+    if (body == nullptr) {
         return statusOf(CMPI_RC_ERR_FAILED);
-    if (name == nullptr)
+    }
+    if (name == nullptr) {
         return statusOf(CMPI_RC_ERR_INVALID_PARAMETER);
+    }
 
     Layout &layout = *body->layout;
     uint32_t slot = body->lastSet == noSlot ? layout.first : layout.slots[body->lastSet].next;
     if (slot == noSlot || std::strcmp(layout.slots[slot].name, name) != 0) {
         slot = slotNamed(memory, layout, name);
-        if (slot == noSlot)
+        if (slot == noSlot) {
             return statusOf(CMPI_RC_ERR_FAILED);
+        }
         (body->lastSet == noSlot ? layout.first : layout.slots[body->lastSet].next) = slot;
     }
     body->lastSet = slot;
 
     const Property *property = layout.slots[slot].property;
-    if (property != nullptr && !fits(storedType(type), *property))
+    const CMPIType stored = storedType(type);
+    if (property != nullptr && stored != property->type && !fits(stored, *property)) {
         return statusOf(CMPI_RC_ERR_INVALID_DATA_TYPE);
-    if (body->filter != nullptr && !passes(memory, *body->filter, layout, slot))
+    }
+    if (body->filter != nullptr && !passes(memory, *body->filter, layout, slot)) {
         return statusOf(CMPI_RC_OK);
-    if (slot >= body->capacity && !growValues(memory, *body, layout.capacity))
+    }
+    if (slot >= body->capacity && !growValues(memory, *body, layout.capacity)) {
         return statusOf(CMPI_RC_ERR_FAILED);
+    }
 
     CMPIData &data = body->values[slot];
     const bool wasSet = isSet(data);
@@ -265,20 +294,23 @@ CMPIObjectPath *getObjectPath(const CMPIInstance *instance, CMPIStatus *status) 
 
 CMPIStatus setObjectPath(const CMPIInstance *instance, const CMPIObjectPath *path) {
     InstanceObject &object = *objectOf(instance);
-    if (path == nullptr || objectOf(path)->body->cls != object.body->layout->cls)
+    if (path == nullptr || objectOf(path)->body->cls != object.body->layout->cls) {
         return statusOf(CMPI_RC_ERR_INVALID_PARAMETER);
+    }
     InstanceBody *body = ownBody(object);
     PathObject *copy = copyPath(*object.memory, *objectOf(path));
-    if (body == nullptr || copy == nullptr)
+    if (body == nullptr || copy == nullptr) {
         return statusOf(CMPI_RC_ERR_FAILED);
+    }
     copy->body->isShared = true;
     body->path = copy->body;
     return statusOf(CMPI_RC_OK);
 }
 
 bool sameList(const char *const *a, const char *const *b) {
-    if (a == nullptr || b == nullptr)
+    if (a == nullptr || b == nullptr) {
         return a == b;
+    }
     while (*a != nullptr && *b != nullptr && std::strcmp(*a, *b) == 0) {
         ++a;
         ++b;
@@ -288,12 +320,15 @@ bool sameList(const char *const *a, const char *const *b) {
 
 const char **copyList(Memory &memory, const char *const *names) {
     size_t count = 0;
-    while (names[count] != nullptr)
+    while (names[count] != nullptr) {
         ++count;
+    }
     const char **copy = allocateArray<const char *>(memory, count + 1);
-    for (size_t i = 0; copy != nullptr && i < count; ++i)
-        if ((copy[i] = copyText(memory, names[i])) == nullptr)
+    for (size_t i = 0; copy != nullptr && i < count; ++i) {
+        if ((copy[i] = copyText(memory, names[i])) == nullptr) {
             return nullptr;
+        }
+    }
     return copy;
 }
 
@@ -302,8 +337,9 @@ CMPIStatus setPropertyFilter(const CMPIInstance *instance, const char **properti
     InstanceObject &object = *objectOf(instance);
     Memory &memory = *object.memory;
     InstanceBody *body = ownBody(object);
-    if (body == nullptr)
+    if (body == nullptr) {
         return statusOf(CMPI_RC_ERR_FAILED);
+    }
     if (properties == nullptr) {
         body->filter = nullptr;
         return statusOf(CMPI_RC_OK);
@@ -311,12 +347,14 @@ CMPIStatus setPropertyFilter(const CMPIInstance *instance, const char **properti
     PropertyFilter *last = body->layout->filter;
     if (last == nullptr || !sameList(last->properties, properties) || !sameList(last->keys, keys)) {
         last = allocateArray<PropertyFilter>(memory, 1);
-        if (last == nullptr)
+        if (last == nullptr) {
             return statusOf(CMPI_RC_ERR_FAILED);
+        }
         last->properties = copyList(memory, properties);
         last->keys = keys == nullptr ? nullptr : copyList(memory, keys);
-        if (last->properties == nullptr || (keys != nullptr && last->keys == nullptr))
+        if (last->properties == nullptr || (keys != nullptr && last->keys == nullptr)) {
             return statusOf(CMPI_RC_ERR_FAILED);
+        }
         body->layout->filter = last;
     }
     body->filter = last;
@@ -346,14 +384,16 @@ InstanceObject *newInstance(Memory &memory, const PathObject &path) {
 InstanceObject *shareInstance(Memory &memory, InstanceBody *body) {
     body->isShared = true;
     auto *instance = allocateObject<InstanceObject>(memory);
-    if (instance != nullptr)
+    if (instance != nullptr) {
         *instance = {{instance, &instanceTable}, &memory, body};
+    }
     return instance;
 }
 
 InstanceObject *copyInstance(Memory &memory, const InstanceObject &source) {
-    if (source.memory == &memory)
+    if (source.memory == &memory) {
         return shareInstance(memory, source.body);
+    }
     const InstanceBody &body = *source.body;
     PathObject *path = copyPath(memory, {{}, source.memory, body.path});
     InstanceObject *copy = newObject(memory, *body.layout->cls, path);
@@ -361,8 +401,9 @@ InstanceObject *copyInstance(Memory &memory, const InstanceObject &source) {
         const CMPIData &data = body.values[s];
         if (isSet(data) && setProperty(&copy->cmpi, body.layout->slots[s].name,
                                        CMIsNullValue(data) ? nullptr : &data.value, data.type)
-                                   .rc != CMPI_RC_OK)
+                                   .rc != CMPI_RC_OK) {
             return nullptr;
+        }
     }
     return copy;
 }
@@ -378,8 +419,9 @@ const CMPIData *keyValueOf(const InstanceBody &body, size_t key) {
 bool keepProperties(InstanceObject &instance, PropertyList properties) {
     InstanceBody *body = ownBody(instance);
     PathObject *path = pathOfInstance(*instance.memory, instance); // while the key properties are there
-    if (body == nullptr || path == nullptr)
+    if (body == nullptr || path == nullptr) {
         return false;
+    }
     path->body->isShared = true;
     body->path = path->body;
     for (uint32_t s = 0; s < std::min(body->capacity, body->layout->count); ++s) {

@@ -21,7 +21,7 @@ namespace {
 
 constexpr size_t alignment = 8;
 constexpr size_t smallestChunk = 1024;
-constexpr size_t largestChunk = 1024 * 1024;
+constexpr size_t largestChunk = 1024 * smallestChunk;
 
 constexpr size_t roundUp(size_t size) {
     return (size + alignment - 1) / alignment * alignment;
@@ -47,8 +47,9 @@ bool addChunk(Memory &memory, size_t needed) {
     const size_t grown = std::clamp(memory.chunkSize * 2, smallestChunk, largestChunk);
     const size_t size = std::max(grown, roundUp(sizeof(Chunk)) + needed);
     void *room = std::malloc(size);
-    if (room == nullptr)
+    if (room == nullptr) {
         return false;
+    }
     memory.chunks = new (room) Chunk{memory.chunks, size};
     memory.next = static_cast<char *>(room) + roundUp(sizeof(Chunk));
     memory.end = static_cast<char *>(room) + size;
@@ -60,11 +61,13 @@ bool addChunk(Memory &memory, size_t needed) {
 } // namespace
 
 void *allocate(Memory &memory, size_t size) {
-    if (size > static_cast<size_t>(-1) / 2)
+    if (size > static_cast<size_t>(-1) / 2) {
         return nullptr;
+    }
     const size_t taken = roundUp(size) + gap;
-    if (static_cast<size_t>(memory.end - memory.next) < taken && !addChunk(memory, taken))
+    if (static_cast<size_t>(memory.end - memory.next) < taken && !addChunk(memory, taken)) {
         return nullptr;
+    }
     char *room = memory.next;
     memory.next += taken;
     openRoom(room, size);

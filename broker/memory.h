@@ -42,16 +42,18 @@ void releaseClone(Memory *memory);
 // An uninitialised object, counted as live until its memory is freed.
 template <typename T> T *allocateObject(Memory &memory, size_t extra = 0) {
     void *room = allocate(memory, sizeof(T) + extra);
-    if (room == nullptr)
+    if (room == nullptr) {
         return nullptr;
+    }
     memory.objects.store(memory.objects.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
     return new (room) T{};
 }
 
 // count zero-initialised elements; null when exhausted or when count is 0.
 template <typename T> T *allocateArray(Memory &memory, size_t count) {
-    if (count == 0 || count > static_cast<size_t>(-1) / 2 / sizeof(T))
+    if (count == 0 || count > static_cast<size_t>(-1) / 2 / sizeof(T)) {
         return nullptr;
+    }
     void *room = allocate(memory, count * sizeof(T));
     return room == nullptr ? nullptr : new (room) T[count]{};
 }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 
 namespace broker {
 
@@ -16,13 +17,16 @@ struct alignas(16) BlockHeader {
 void *newBlock(size_t size) {
     Request *request = currentRequest();
     constexpr size_t alignment = alignof(BlockHeader);
-    if (request == nullptr || size > static_cast<size_t>(-1) / 2)
+    if (request == nullptr || size > static_cast<size_t>(-1) / 2) {
         return nullptr;
+    }
     void *room = allocate(request->memory, size + sizeof(BlockHeader) + alignment);
-    if (room == nullptr)
+    if (room == nullptr) {
         return nullptr;
-    const auto address = (reinterpret_cast<uintptr_t>(room) + alignment - 1) / alignment * alignment;
-    return new (reinterpret_cast<void *>(address)) BlockHeader{size} + 1;
+    }
+    size_t space = size + sizeof(BlockHeader) + alignment;
+    std::align(alignment, size + sizeof(BlockHeader), room, space);
+    return new (room) BlockHeader{size} + 1;
 }
 
 // Memory of a request goes with the request: there is nothing to take back to.
@@ -40,22 +44,25 @@ void *cmpiMalloc(const CMPIBroker *, size_t size) {
 }
 
 void *cmpiCalloc(const CMPIBroker *, size_t count, size_t size) {
-    if (size != 0 && count > static_cast<size_t>(-1) / size)
+    if (size != 0 && count > static_cast<size_t>(-1) / size) {
         return nullptr;
+    }
     void *block = newBlock(count * size);
     return block == nullptr ? nullptr : std::memset(block, 0, count * size);
 }
 
 void *cmpiRealloc(const CMPIBroker *, void *old, size_t size) {
     void *block = newBlock(size);
-    if (block != nullptr && old != nullptr)
+    if (block != nullptr && old != nullptr) {
         std::memcpy(block, old, std::min(size, (static_cast<BlockHeader *>(old) - 1)->size));
+    }
     return block;
 }
 
 char *cmpiStrDup(const CMPIBroker *, const char *text) {
-    if (text == nullptr)
+    if (text == nullptr) {
         return nullptr;
+    }
     const size_t size = std::strlen(text) + 1;
     void *block = newBlock(size);
     return block == nullptr ? nullptr : static_cast<char *>(std::memcpy(block, text, size));
@@ -64,8 +71,9 @@ char *cmpiStrDup(const CMPIBroker *, const char *text) {
 void cmpiFree(const CMPIBroker *, void *) {}
 
 template <typename Object> void freeObject(const CMPIBroker *, Object *object) {
-    if (object != nullptr)
+    if (object != nullptr) {
         CMRelease(object);
+    }
 }
 
 void freeSelectExp(const CMPIBroker *, CMPISelectExp *) {}

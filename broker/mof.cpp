@@ -34,8 +34,9 @@ struct Reader {
 };
 
 bool fail(Reader &r, const Token &at, const std::string &what) {
-    if (r.fault.empty())
+    if (r.fault.empty()) {
         r.fault = r.file + ':' + std::to_string(at.line) + ':' + std::to_string(at.column) + ": " + what;
+    }
     return false;
 }
 
@@ -72,8 +73,9 @@ bool skipBlanks(Reader &r) {
             skip(r, std::min(r.rest.find('\n'), r.rest.size()));
         } else if (r.rest.starts_with("/*")) {
             const size_t end = r.rest.find("*/", 2);
-            if (end == std::string_view::npos)
+            if (end == std::string_view::npos) {
                 return fail(r, {TokenKind::End, {}, r.line, r.column}, "this comment has no end");
+            }
             skip(r, end + 2);
         } else {
             break;
@@ -95,19 +97,22 @@ bool readQuoted(Reader &r, char quote) {
         r.token.text += c;
         skip(r, 1);
     }
-    if (r.rest.empty() || r.rest[0] != quote)
+    if (r.rest.empty() || r.rest[0] != quote) {
         return fail(r, start, "this text has no closing quote on its line");
+    }
     skip(r, 1);
     return true;
 }
 
 // Moves on to the next token.
 bool advance(Reader &r) {
-    if (!r.fault.empty() || !skipBlanks(r))
+    if (!r.fault.empty() || !skipBlanks(r)) {
         return false;
+    }
     r.token = {TokenKind::End, {}, r.line, r.column};
-    if (r.rest.empty())
+    if (r.rest.empty()) {
         return true;
+    }
     const char c = r.rest[0];
     if (c == '"' || c == '\'') {
         r.token.kind = TokenKind::Text;
@@ -116,13 +121,15 @@ bool advance(Reader &r) {
     size_t length = 1;
     if (isNameStart(c)) {
         r.token.kind = TokenKind::Name;
-        while (length < r.rest.size() && (isNameStart(r.rest[length]) || isDigit(r.rest[length])))
+        while (length < r.rest.size() && (isNameStart(r.rest[length]) || isDigit(r.rest[length]))) {
             ++length;
+        }
     } else if (isDigit(c) || c == '-' || c == '+') {
         r.token.kind = TokenKind::Number;
         while (length < r.rest.size() &&
-               (isNameStart(r.rest[length]) || isDigit(r.rest[length]) || r.rest[length] == '.'))
+               (isNameStart(r.rest[length]) || isDigit(r.rest[length]) || r.rest[length] == '.')) {
             ++length;
+        }
     } else {
         r.token.kind = TokenKind::Symbol;
     }
@@ -145,15 +152,17 @@ bool take(Reader &r, char symbol) {
 }
 
 bool expect(Reader &r, char symbol, const std::string &where) {
-    if (isSymbol(r, symbol))
+    if (isSymbol(r, symbol)) {
         return advance(r);
+    }
     return fail(r, r.token,
                 std::string("expected '") + symbol + "' " + where + ", found " + describe(r.token));
 }
 
 bool expectName(Reader &r, const std::string &what, std::string &name) {
-    if (r.token.kind != TokenKind::Name)
+    if (r.token.kind != TokenKind::Name) {
         return fail(r, r.token, "expected " + what + ", found " + describe(r.token));
+    }
     name = r.token.text;
     return advance(r);
 }
@@ -162,52 +171,64 @@ bool expectName(Reader &r, const std::string &what, std::string &name) {
 
 // A literal; adjacent texts are one.
 bool readLiteral(Reader &r, std::string &value) {
-    if (r.token.kind == TokenKind::End || r.token.kind == TokenKind::Symbol)
+    if (r.token.kind == TokenKind::End || r.token.kind == TokenKind::Symbol) {
         return fail(r, r.token, "expected a value, found " + describe(r.token));
+    }
     const bool isText = r.token.kind == TokenKind::Text;
     value = r.token.text;
-    if (!advance(r))
+    if (!advance(r)) {
         return false;
+    }
     while (isText && r.token.kind == TokenKind::Text) {
         value += r.token.text;
-        if (!advance(r))
+        if (!advance(r)) {
             return false;
+        }
     }
     return true;
 }
 
 // Values up to a closing symbol, separated by commas.
 bool readValues(Reader &r, char end, const std::string &where, std::vector<std::string> &values) {
-    if (take(r, end))
+    if (take(r, end)) {
         return true;
+    }
     do {
-        if (!readLiteral(r, values.emplace_back()))
+        if (!readLiteral(r, values.emplace_back())) {
             return false;
+        }
     } while (take(r, ','));
     return expect(r, end, where);
 }
 
 // [Key, Description("..."), Values{"a", "b"} : ToSubclass]; nothing if there is no bracket.
 bool readQualifiers(Reader &r, std::vector<Qualifier> &qualifiers) {
-    if (!isSymbol(r, '['))
+    if (!isSymbol(r, '[')) {
         return true;
+    }
     do {
-        if (!advance(r))
+        if (!advance(r)) {
             return false;
+        }
         Qualifier &qualifier = qualifiers.emplace_back();
-        if (!expectName(r, "a qualifier", qualifier.name))
+        if (!expectName(r, "a qualifier", qualifier.name)) {
             return false;
+        }
         const std::string where = "after the values of qualifier " + qualifier.name;
         if (take(r, '(')) {
-            if (!readValues(r, ')', where, qualifier.values))
+            if (!readValues(r, ')', where, qualifier.values)) {
                 return false;
+            }
         } else if (take(r, '{') && !readValues(r, '}', where, qualifier.values)) {
             return false;
         }
-        if (take(r, ':'))
-            for (std::string flavor; r.token.kind == TokenKind::Name;)
-                if (!expectName(r, "a flavor", flavor))
+        if (take(r, ':')) {
+            for (std::string flavor; r.token.kind == TokenKind::Name;) {
+                if (!expectName(r, "a flavor", flavor)) {
                     return false;
+                }
+            }
+        }
     } while (isSymbol(r, ','));
     return expect(r, ']', "after the qualifiers");
 }
@@ -231,9 +252,11 @@ constexpr struct {
 };
 
 std::optional<CMPIType> typeNamed(std::string_view name) {
-    for (const auto &type : types)
-        if (sameName(type.name, name))
+    for (const auto &type : types) {
+        if (sameName(type.name, name)) {
             return type.type;
+        }
+    }
     return std::nullopt;
 }
 
@@ -241,13 +264,15 @@ std::optional<CMPIType> typeNamed(std::string_view name) {
 bool readTypeAndName(Reader &r, const std::string &what, Feature &feature) {
     const Token type = r.token;
     std::string name;
-    if (!expectName(r, "the type of a " + what, name))
+    if (!expectName(r, "the type of a " + what, name)) {
         return false;
+    }
     if (isWord(r, "REF")) {
         feature.type = CMPI_ref;
         feature.referenceClass = name;
-        if (!advance(r))
+        if (!advance(r)) {
             return false;
+        }
     } else if (const auto known = typeNamed(name)) {
         feature.type = *known;
     } else {
@@ -258,22 +283,26 @@ bool readTypeAndName(Reader &r, const std::string &what, Feature &feature) {
 }
 
 bool readArray(Reader &r, Feature &feature) {
-    if (!take(r, '['))
+    if (!take(r, '[')) {
         return true;
+    }
     feature.type |= CMPI_ARRAY;
-    if (r.token.kind == TokenKind::Number && !advance(r)) // a fixed size says nothing to providers
+    if (r.token.kind == TokenKind::Number && !advance(r)) { // a fixed size says nothing to providers
         return false;
+    }
     return expect(r, ']', "after " + feature.name + '[');
 }
 
 bool readParameters(Reader &r, Method &method) {
-    if (take(r, ')'))
+    if (take(r, ')')) {
         return true;
+    }
     do {
         Parameter &parameter = method.parameters.emplace_back();
         if (!readQualifiers(r, parameter.qualifiers) || !readTypeAndName(r, "parameter", parameter) ||
-            !readArray(r, parameter))
+            !readArray(r, parameter)) {
             return false;
+        }
         parameter.origin = method.origin;
         parameter.isOut = isQualified(parameter.qualifiers, "Out");
         const Qualifier *in = findQualifier(parameter.qualifiers, "In");
@@ -284,11 +313,13 @@ bool readParameters(Reader &r, Method &method) {
 
 // The default value of a property, which is of no use here: an instance holds what its provider sets.
 bool skipDefault(Reader &r) {
-    if (!take(r, '='))
+    if (!take(r, '=')) {
         return true;
+    }
     std::vector<std::string> values;
-    if (take(r, '{'))
+    if (take(r, '{')) {
         return readValues(r, '}', "after the default values", values);
+    }
     return readLiteral(r, values.emplace_back());
 }
 
@@ -296,15 +327,19 @@ bool skipDefault(Reader &r) {
 
 // Puts a declaration in the place of the inherited one, whose qualifiers go on unless they are given
 // anew; a new one goes to the end. False for another type than inherited.
-template <typename Named> bool declare(std::vector<Named> &all, Named &&declared) {
+template <typename Named> bool declare(std::vector<Named> &all, Named declared) {
     for (Named &inherited : all) {
-        if (!sameName(inherited.name, declared.name))
+        if (!sameName(inherited.name, declared.name)) {
             continue;
-        if (inherited.type != declared.type)
+        }
+        if (inherited.type != declared.type) {
             return false;
-        for (Qualifier &qualifier : inherited.qualifiers)
-            if (findQualifier(declared.qualifiers, qualifier.name) == nullptr)
+        }
+        for (Qualifier &qualifier : inherited.qualifiers) {
+            if (findQualifier(declared.qualifiers, qualifier.name) == nullptr) {
                 declared.qualifiers.push_back(std::move(qualifier));
+            }
+        }
         inherited = std::move(declared);
         return true;
     }
@@ -319,41 +354,50 @@ bool isOwn(const Feature *feature, const Class &cls) {
 // A property or a method of the class, up to its semicolon.
 bool readFeature(Reader &r, Class &cls) {
     Property property;
-    if (!readQualifiers(r, property.qualifiers))
+    if (!readQualifiers(r, property.qualifiers)) {
         return false;
+    }
     const Token at = r.token;
-    if (!readTypeAndName(r, "property or method", property))
+    if (!readTypeAndName(r, "property or method", property)) {
         return false;
+    }
     property.origin = cls.name;
     const std::string name = property.name;
-    if (isOwn(findProperty(cls, name), cls) || isOwn(findMethod(cls, name), cls))
+    if (isOwn(findProperty(cls, name), cls) || isOwn(findMethod(cls, name), cls)) {
         return fail(r, at, "class " + cls.name + " declares " + name + " twice");
+    }
     bool isSameType;
     if (take(r, '(')) {
         Method method = {std::move(static_cast<Feature &>(property)), {}};
-        if (!readParameters(r, method))
+        if (!readParameters(r, method)) {
             return false;
+        }
         isSameType = declare(cls.methods, std::move(method));
     } else {
-        if (!readArray(r, property) || !skipDefault(r))
+        if (!readArray(r, property) || !skipDefault(r)) {
             return false;
+        }
         isSameType = declare(cls.properties, std::move(property));
     }
-    if (!isSameType)
+    if (!isSameType) {
         return fail(r, at, cls.name + '.' + name + " has another type than in " + cls.superclass->name);
+    }
     return expect(r, ';', "after " + name);
 }
 
 bool readSuperclass(Reader &r, Class &cls) {
-    if (!take(r, ':'))
+    if (!take(r, ':')) {
         return true;
+    }
     const Token at = r.token;
     std::string name;
-    if (!expectName(r, "the superclass of " + cls.name, name))
+    if (!expectName(r, "the superclass of " + cls.name, name)) {
         return false;
+    }
     cls.superclass = findClass(r.schema, name);
-    if (cls.superclass == nullptr)
+    if (cls.superclass == nullptr) {
         return fail(r, at, "superclass " + name + " of " + cls.name + " isn't declared before it");
+    }
     cls.properties = cls.superclass->properties;
     cls.methods = cls.superclass->methods;
     cls.isAssociation = cls.superclass->isAssociation;
@@ -363,20 +407,27 @@ bool readSuperclass(Reader &r, Class &cls) {
 bool readClass(Reader &r, std::vector<Qualifier> &&qualifiers) {
     auto cls = std::make_unique<Class>();
     cls->qualifiers = std::move(qualifiers);
-    if (!advance(r))
+    if (!advance(r)) {
         return false;
+    }
     const Token at = r.token;
-    if (!expectName(r, "the name of a class", cls->name))
+    if (!expectName(r, "the name of a class", cls->name)) {
         return false;
-    if (findClass(r.schema, cls->name) != nullptr)
+    }
+    if (findClass(r.schema, cls->name) != nullptr) {
         return fail(r, at, "class " + cls->name + " is declared twice");
-    if (!readSuperclass(r, *cls) || !expect(r, '{', "after class " + cls->name))
+    }
+    if (!readSuperclass(r, *cls) || !expect(r, '{', "after class " + cls->name)) {
         return false;
-    while (!isSymbol(r, '}'))
-        if (!readFeature(r, *cls))
+    }
+    while (!isSymbol(r, '}')) {
+        if (!readFeature(r, *cls)) {
             return false;
-    if (!advance(r) || !expect(r, ';', "after class " + cls->name))
+        }
+    }
+    if (!advance(r) || !expect(r, ';', "after class " + cls->name)) {
         return false;
+    }
 
     cls->isAbstract = isQualified(cls->qualifiers, "Abstract");
     cls->isAssociation |= isQualified(cls->qualifiers, "Association");
@@ -385,11 +436,13 @@ bool readClass(Reader &r, std::vector<Qualifier> &&qualifiers) {
         property.isKey = isQualified(property.qualifiers, "Key");
         property.isEmbedded = findQualifier(property.qualifiers, "EmbeddedInstance") != nullptr ||
                               isQualified(property.qualifiers, "EmbeddedObject");
-        if (property.isKey)
+        if (property.isKey) {
             cls->keys.push_back(p);
+        }
     }
-    if (cls->superclass != nullptr)
+    if (cls->superclass != nullptr) {
         r.schema.byName[cls->superclass->name]->subclasses.push_back(cls.get());
+    }
     r.schema.byName[cls->name] = cls.get();
     r.schema.classes.push_back(std::move(cls));
     return true;
@@ -397,20 +450,25 @@ bool readClass(Reader &r, std::vector<Qualifier> &&qualifiers) {
 
 // "Qualifier Key : boolean = false, Scope(property), Flavor(...);"
 bool skipQualifierDeclaration(Reader &r) {
-    while (!isSymbol(r, ';') && r.token.kind != TokenKind::End)
-        if (!advance(r))
+    while (!isSymbol(r, ';') && r.token.kind != TokenKind::End) {
+        if (!advance(r)) {
             return false;
+        }
+    }
     return expect(r, ';', "after the declaration of a qualifier");
 }
 
 bool readDeclaration(Reader &r) {
     std::vector<Qualifier> qualifiers;
-    if (!readQualifiers(r, qualifiers))
+    if (!readQualifiers(r, qualifiers)) {
         return false;
-    if (isWord(r, "class"))
+    }
+    if (isWord(r, "class")) {
         return readClass(r, std::move(qualifiers));
-    if (isWord(r, "qualifier"))
+    }
+    if (isWord(r, "qualifier")) {
         return skipQualifierDeclaration(r);
+    }
     return fail(r, r.token, "expected a class, found " + describe(r.token));
 }
 
@@ -419,8 +477,9 @@ bool readDeclaration(Reader &r) {
 std::string readMofText(std::string_view text, const std::string &name, Schema &schema) {
     Reader r = {.rest = text, .file = name, .schema = schema, .token = {}};
     advance(r);
-    while (r.fault.empty() && r.token.kind != TokenKind::End)
+    while (r.fault.empty() && r.token.kind != TokenKind::End) {
         readDeclaration(r);
+    }
     return r.fault;
 }
 
@@ -429,10 +488,12 @@ std::string readMof(const std::string &file, Schema &schema) {
     std::string text;
     char block[16384];
     size_t size = 0;
-    while (stream != nullptr && (size = std::fread(block, 1, sizeof block, stream.get())) > 0)
+    while (stream != nullptr && (size = std::fread(block, 1, sizeof block, stream.get())) > 0) {
         text.append(block, size);
-    if (stream == nullptr || std::ferror(stream.get()))
+    }
+    if (stream == nullptr || std::ferror(stream.get())) {
         return "can't read the MOF file " + file + ": " + std::strerror(errno);
+    }
     return readMofText(text, file, schema);
 }
 

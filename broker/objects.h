@@ -206,8 +206,9 @@ decltype(Object::cmpi) *cloneOf(const Object &source, Object *(*copy)(Memory &, 
     Memory *memory = newCloneMemory(source.memory->broker);
     Object *clone = memory == nullptr ? nullptr : copy(*memory, source);
     if (clone == nullptr) {
-        if (memory != nullptr)
+        if (memory != nullptr) {
             releaseClone(memory);
+        }
         setStatus(status, CMPI_RC_ERR_FAILED);
         return nullptr;
     }
@@ -216,8 +217,9 @@ decltype(Object::cmpi) *cloneOf(const Object &source, Object *(*copy)(Memory &, 
     return &clone->cmpi;
 }
 template <typename Object> CMPIStatus releaseObject(Object *object) {
-    if (object->memory->clone == object)
+    if (object->memory->clone == object) {
         releaseClone(object->memory);
+    }
     return statusOf(CMPI_RC_OK);
 }
 
@@ -225,8 +227,9 @@ template <typename Object> CMPIStatus releaseObject(Object *object) {
 
 // Type under which a value is kept: texts of any kind are strings.
 constexpr CMPIType storedType(CMPIType type) {
-    if ((type & ~CMPI_ARRAY) == CMPI_chars)
+    if ((type & ~CMPI_ARRAY) == CMPI_chars) {
         return static_cast<CMPIType>((type & CMPI_ARRAY) | CMPI_string);
+    }
     return type;
 }
 

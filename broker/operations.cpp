@@ -21,21 +21,24 @@ Outcome routed(Route route, Request &request, const CMPIObjectPath *path, Argume
 Answer answerOf(const Outcome &outcome, Form form, PropertyList properties) {
     Answer answer;
     answer.rc = outcome.status.rc;
-    if (outcome.status.msg != nullptr)
+    if (outcome.status.msg != nullptr) {
         answer.message = CMGetCharPtr(outcome.status.msg);
+    }
     answer.value = outcome.value;
-    if (form == Form::Names)
+    if (form == Form::Names) {
         answer.paths.reserve(outcome.count);
-    else
+    } else {
         answer.instances.reserve(outcome.count);
+    }
     for (size_t i = 0; i < outcome.count; ++i) {
         if (form == Form::Names) {
             answer.paths.push_back(&static_cast<PathObject *>(outcome.items[i])->cmpi);
             continue;
         }
         auto *instance = static_cast<InstanceObject *>(outcome.items[i]);
-        if (properties != nullptr && !keepProperties(*instance, properties))
+        if (properties != nullptr && !keepProperties(*instance, properties)) {
             throw std::bad_alloc();
+        }
         answer.instances.push_back(&instance->cmpi);
     }
     return answer;

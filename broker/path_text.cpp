@@ -13,8 +13,9 @@ bool takeQuoted(std::string_view &rest, std::string &text) {
         const bool isEscape = rest[i] == '\\' && i + 1 < rest.size();
         text += isEscape ? escaped(rest[++i]) : rest[i];
     }
-    if (i >= rest.size())
+    if (i >= rest.size()) {
         return false;
+    }
     rest.remove_prefix(i + 1);
     return true;
 }
@@ -50,8 +51,9 @@ bool readKeys(Request &request, CMPIObjectPath *path, const Class &cls, std::str
         const Property *key = findProperty(cls, name);
         if (key == nullptr || !key->isKey) {
             error = "class " + cls.name + " has no key \"" + name + "\"; its keys are";
-            for (size_t k = 0; k < cls.keys.size(); ++k)
+            for (size_t k = 0; k < cls.keys.size(); ++k) {
                 error += (k == 0 ? " " : ", ") + cls.properties[cls.keys[k]].name;
+            }
             return false;
         }
         CMPIStatus status = {CMPI_RC_OK, nullptr};
@@ -71,10 +73,12 @@ bool readKeys(Request &request, CMPIObjectPath *path, const Class &cls, std::str
             error = "the value of key " + key->name + " has no closing quote";
             return false;
         }
-        if (!addKey(request, path, *key, isQuoted, text, error))
+        if (!addKey(request, path, *key, isQuoted, text, error)) {
             return false;
-        if (rest.empty())
+        }
+        if (rest.empty()) {
             return true;
+        }
         if (rest[0] != ',') {
             error = "expected a comma after key " + key->name + ", found \"" + std::string(rest) + '"';
             return false;
@@ -111,8 +115,9 @@ CMPIObjectPath *parsePath(Request &request, std::string_view text, std::string &
 std::string textOfPath(const CMPIObjectPath *path, bool withNameSpace) {
     const PathBody &body = *objectOf(path)->body;
     std::string text;
-    if (withNameSpace && body.nameSpace->length > 0)
+    if (withNameSpace && body.nameSpace->length > 0) {
         text = std::string(CMGetCharPtr(&body.nameSpace->cmpi)) + ':';
+    }
     text += CMGetCharPtr(&body.className->cmpi);
     for (CMPICount i = 0; i < body.keys.count; ++i) {
         const auto &[name, data] = body.keys.values[i];

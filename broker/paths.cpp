@@ -20,8 +20,9 @@ CMPIStatus setText(const CMPIObjectPath *path, StringObject *PathBody::*member, 
     PathObject &object = *objectOf(path);
     PathBody *body = ownBody(object);
     StringObject *string = body == nullptr ? nullptr : newString(*object.memory, text == nullptr ? "" : text);
-    if (string == nullptr)
+    if (string == nullptr) {
         return statusOf(CMPI_RC_ERR_FAILED);
+    }
     body->*member = string;
     return statusOf(CMPI_RC_OK);
 }
@@ -46,8 +47,9 @@ CMPIStatus setHostname(const CMPIObjectPath *path, const char *host) {
 CMPIString *getHostname(const CMPIObjectPath *path, CMPIStatus *status) {
     const PathObject &object = *objectOf(path);
     StringObject *host = object.body->host;
-    if (host == nullptr)
+    if (host == nullptr) {
         host = newString(*object.memory, "");
+    }
     if (host == nullptr) {
         setStatus(status, CMPI_RC_ERR_FAILED);
         return nullptr;
@@ -71,16 +73,19 @@ CMPIString *getClassName(const CMPIObjectPath *path, CMPIStatus *status) {
 CMPIStatus addKey(const CMPIObjectPath *path, const char *key, const CMPIValue *value, const CMPIType type) {
     PathObject &object = *objectOf(path);
     PathBody *body = ownBody(object);
-    if (body == nullptr)
+    if (body == nullptr) {
         return statusOf(CMPI_RC_ERR_FAILED);
-    if (type & CMPI_ARRAY)
+    }
+    if (type & CMPI_ARRAY) {
         return statusOf(CMPI_RC_ERR_INVALID_DATA_TYPE);
+    }
     return statusOf(putValue(*object.memory, body->keys, key, value, type));
 }
 
 CMPIData asKey(CMPIData data) {
-    if (!(data.state & CMPI_notFound))
+    if (!(data.state & CMPI_notFound)) {
         data.state = static_cast<CMPIValueState>(data.state | CMPI_keyValue);
+    }
     return data;
 }
 
@@ -99,8 +104,9 @@ CMPICount getKeyCount(const CMPIObjectPath *path, CMPIStatus *status) {
 }
 
 CMPIStatus setNameSpaceFromObjectPath(const CMPIObjectPath *path, const CMPIObjectPath *source) {
-    if (source == nullptr)
+    if (source == nullptr) {
         return statusOf(CMPI_RC_ERR_INVALID_PARAMETER);
+    }
     return setNameSpace(path, CMGetCharPtr(getNameSpace(source, nullptr)));
 }
 
@@ -142,8 +148,9 @@ bool isText(const StringObject *string, std::string_view text) {
 
 // Namespace and class of a body. Most paths repeat those of the path before, and take its texts.
 bool setNames(Memory &memory, PathBody &body, std::string_view nameSpace, std::string_view className) {
-    if (!isText(memory.nameSpace, nameSpace))
+    if (!isText(memory.nameSpace, nameSpace)) {
         memory.nameSpace = newString(memory, nameSpace);
+    }
     if (!isText(memory.className, className)) {
         memory.className = newString(memory, className);
         memory.cls = classOf(memory, className);
@@ -161,10 +168,12 @@ std::string_view textOf(const StringObject &string) {
 // A body of another class with namespace and host of the source, without keys.
 PathBody *newBody(Memory &memory, const PathBody &source, std::string_view className) {
     auto *body = allocateArray<PathBody>(memory, 1);
-    if (body == nullptr || !setNames(memory, *body, textOf(*source.nameSpace), className))
+    if (body == nullptr || !setNames(memory, *body, textOf(*source.nameSpace), className)) {
         return nullptr;
-    if (source.host != nullptr && (body->host = copyString(memory, *source.host)) == nullptr)
+    }
+    if (source.host != nullptr && (body->host = copyString(memory, *source.host)) == nullptr) {
         return nullptr;
+    }
     return body;
 }
 
@@ -175,8 +184,9 @@ PathBody *copyBody(Memory &memory, const PathBody &source) {
 
 PathObject *newObject(Memory &memory, PathBody *body) {
     auto *path = body == nullptr ? nullptr : allocateObject<PathObject>(memory);
-    if (path != nullptr)
+    if (path != nullptr) {
         *path = {{path, &pathTable}, &memory, body};
+    }
     return path;
 }
 
@@ -212,8 +222,9 @@ const Class *classOf(const Memory &memory, std::string_view name) {
 PathObject *newPath(Memory &memory, const char *nameSpace, const char *className) {
     auto *body = allocateArray<PathBody>(memory, 1);
     if (body == nullptr || !setNames(memory, *body, nameSpace == nullptr ? "" : nameSpace,
-                                     className == nullptr ? "" : className))
+                                     className == nullptr ? "" : className)) {
         return nullptr;
+    }
     return newObject(memory, body);
 }
 
@@ -223,17 +234,20 @@ PathObject *sharePath(Memory &memory, PathBody *body) {
 }
 
 PathBody *ownBody(PathObject &path) {
-    if (!path.body->isShared)
+    if (!path.body->isShared) {
         return path.body;
+    }
     PathBody *copy = copyBody(*path.memory, *path.body);
-    if (copy != nullptr)
+    if (copy != nullptr) {
         path.body = copy;
+    }
     return copy;
 }
 
 PathObject *copyPath(Memory &memory, const PathObject &source) {
-    if (source.memory == &memory)
+    if (source.memory == &memory) {
         return sharePath(memory, source.body);
+    }
     return newObject(memory, copyBody(memory, *source.body));
 }
 
@@ -243,18 +257,21 @@ PathObject *pathOfClass(Memory &memory, const PathObject &model, const Class &cl
 
 PathObject *pathOfInstance(Memory &memory, const InstanceObject &instance) {
     const InstanceBody &body = *instance.body;
-    if (body.path->keys.count > 0)
+    if (body.path->keys.count > 0) {
         return sharePath(memory, body.path);
+    }
     PathBody *path = newBody(memory, *body.path, textOf(*body.path->className));
-    if (path == nullptr)
+    if (path == nullptr) {
         return nullptr;
+    }
     const Class &cls = *body.layout->cls;
     for (size_t k = 0; k < cls.keys.size(); ++k) {
         const char *name = cls.properties[cls.keys[k]].name.c_str();
         const CMPIData *data = keyValueOf(body, k);
         if (data != nullptr && !CMIsNullValue(*data) &&
-            putValue(memory, path->keys, name, &data->value, data->type) != CMPI_RC_OK)
+            putValue(memory, path->keys, name, &data->value, data->type) != CMPI_RC_OK) {
             return nullptr;
+        }
     }
     return newObject(memory, path);
 }

@@ -40,8 +40,9 @@ MI *create(const Broker &broker, const std::string &name, const char *kind, cons
         return nullptr;
     }
     if (made == nullptr || made->ft == nullptr || status.rc != CMPI_RC_OK) {
-        if (status.rc == CMPI_RC_OK)
+        if (status.rc == CMPI_RC_OK) {
             status = statusOf(CMPI_RC_ERR_FAILED, "the provider of class " + name + " doesn't load");
+        }
         return nullptr;
     }
     return made;
@@ -51,19 +52,22 @@ template <typename MI>
 MI *provider(Broker &broker, const Class &cls, const Kind<MI> &kind, const CMPIContext *context,
              CMPIStatus &status) {
     std::atomic<MI *> &kept = broker.provided.at(&cls).*kind.interface;
-    if (MI *made = kept.load(std::memory_order_acquire))
+    if (MI *made = kept.load(std::memory_order_acquire)) {
         return made;
+    }
     const std::lock_guard lock(broker.providersLock);
-    if (MI *made = kept.load(std::memory_order_relaxed))
+    if (MI *made = kept.load(std::memory_order_relaxed)) {
         return made;
+    }
     MI *made = create<MI>(broker, cls.name, kind.name, context, status);
     kept.store(made, std::memory_order_release);
     return made;
 }
 
 template <typename MI> void cleanUp(Broker &broker, MI *made, const CMPIContext *context) {
-    if (made == nullptr || made->ft->cleanup == nullptr)
+    if (made == nullptr || made->ft->cleanup == nullptr) {
         return;
+    }
     const CMPIrc rc = made->ft->cleanup(made, context, 1).rc;
     broker.keepModule |= rc == CMPI_RC_DO_NOT_UNLOAD || rc == CMPI_RC_NEVER_UNLOAD;
 }
@@ -79,15 +83,17 @@ std::string loadProviders(Broker &broker) {
 void unloadProviders(Broker &broker, const CMPIContext *context) {
     for (const auto &cls : broker.schema.classes) {
         const auto found = broker.provided.find(cls.get());
-        if (found == broker.provided.end())
+        if (found == broker.provided.end()) {
             continue;
+        }
         Provider &provider = found->second;
         cleanUp(broker, provider.associations.load(), context);
         cleanUp(broker, provider.methods.load(), context);
         cleanUp(broker, provider.instances.load(), context);
     }
-    if (broker.module != nullptr && !broker.keepModule)
+    if (broker.module != nullptr && !broker.keepModule) {
         dlclose(broker.module);
+    }
 }
 
 CMPIInstanceMI *instanceProvider(Broker &broker, const Class &cls, const CMPIContext *context,

@@ -13,8 +13,9 @@ std::string quotedText(std::string_view text) {
     std::string quoted = "\"";
     for (const char c : text) {
         const size_t which = meanings.find(c);
-        if (which != std::string_view::npos)
+        if (which != std::string_view::npos) {
             quoted += '\\';
+        }
         quoted += which == std::string_view::npos ? c : letters[which];
     }
     return quoted + '"';

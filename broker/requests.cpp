@@ -20,22 +20,25 @@ Request *enter(Broker &broker) {
     current = request;
     const std::lock_guard lock(broker.requestsLock);
     request->older = broker.requests;
-    if (request->older != nullptr)
+    if (request->older != nullptr) {
         request->older->newer = request;
+    }
     broker.requests = request;
     return request;
 }
 
 void leave(Request *request) {
     Request **link = &current;
-    while (*link != nullptr && *link != request)
+    while (*link != nullptr && *link != request) {
         link = &(*link)->enclosing;
+    }
     assert(*link == request && "a request ends on the thread that began it");
     *link = request->enclosing;
     {
         const std::lock_guard lock(request->broker->requestsLock);
-        if (request->older != nullptr)
+        if (request->older != nullptr) {
             request->older->newer = request->newer;
+        }
         (request->newer != nullptr ? request->newer->older : request->broker->requests) = request->older;
     }
     freeAll(request->memory);
@@ -68,13 +71,17 @@ BrokerPointer openBroker(const Settings &settings, std::string &error) {
     broker->cmpi = {broker.get(), &upcallTable, &creationTable, &serviceTable, &memoryTable};
     for (const std::string &file : settings.mofFiles) {
         error = readMof(file, broker->schema);
-        if (!error.empty())
+        if (!error.empty()) {
             return nullptr;
+        }
     }
-    for (const auto &cls : broker->schema.classes)
-        for (const std::string &glob : settings.providedClasses)
-            if (!cls->isAbstract && matchesGlob(cls->name, glob))
+    for (const auto &cls : broker->schema.classes) {
+        for (const std::string &glob : settings.providedClasses) {
+            if (!cls->isAbstract && matchesGlob(cls->name, glob)) {
                 broker->provided.try_emplace(cls.get());
+            }
+        }
+    }
     error = loadProviders(*broker);
     return error.empty() ? std::move(broker) : nullptr;
 }
@@ -113,8 +120,9 @@ const CMPIBroker *cmpiBroker(const Broker &broker) {
 RequestPointer beginRequest(Broker &broker, const Client &client) {
     Request *request = enter(broker);
     request->context = newContext(request->memory);
-    if (request->context == nullptr)
+    if (request->context == nullptr) {
         throw std::bad_alloc();
+    }
     CMPIContext *context = &request->context->cmpi;
     const CMPIUint32 flags = client.flags;
     CMAddContextEntry(context, CMPIInvocationFlags, &flags, CMPI_uint32);
@@ -125,9 +133,11 @@ RequestPointer beginRequest(Broker &broker, const Client &client) {
         {CMPIAcceptLanguage, client.acceptLanguage},
         {"CMPIRemoteIP", client.remoteAddress},
     };
-    for (const auto &[name, text] : optional)
-        if (!text.empty())
+    for (const auto &[name, text] : optional) {
+        if (!text.empty()) {
             addText(context, name, text);
+        }
+    }
     return RequestPointer(request);
 }
 
@@ -147,8 +157,9 @@ size_t liveObjects(const Broker &broker) {
     auto &lock = const_cast<std::mutex &>(broker.requestsLock);
     const std::lock_guard guard(lock);
     size_t objects = 0;
-    for (const Request *request = broker.requests; request != nullptr; request = request->older)
+    for (const Request *request = broker.requests; request != nullptr; request = request->older) {
         objects += request->memory.objects.load(std::memory_order_relaxed);
+    }
     return objects;
 }
 
@@ -157,8 +168,9 @@ size_t liveClones(const Broker &broker) {
 }
 
 void setStatus(CMPIStatus *status, CMPIrc rc) {
-    if (status != nullptr)
+    if (status != nullptr) {
         *status = {rc, nullptr};
+    }
 }
 
 CMPIStatus statusOf(CMPIrc rc, const std::string &message) {
@@ -172,8 +184,9 @@ CMPIStatus statusOf(CMPIrc rc, const std::string &message) {
 CMPIContext *prepareAttachThread(const CMPIBroker *mb, const CMPIContext *source) {
     Broker &broker = *brokerOf(mb);
     auto *memory = source == nullptr ? nullptr : new (std::nothrow) Memory;
-    if (memory == nullptr)
+    if (memory == nullptr) {
         return nullptr;
+    }
     memory->broker = &broker;
     ContextObject *context = copyContext(*memory, *objectOf(source));
     if (context == nullptr) {
@@ -189,8 +202,9 @@ CMPIContext *prepareAttachThread(const CMPIBroker *mb, const CMPIContext *source
 }
 
 CMPIStatus attachThread(const CMPIBroker *mb, const CMPIContext *context) {
-    if (context == nullptr || !objectOf(context)->isPrepared)
+    if (context == nullptr || !objectOf(context)->isPrepared) {
         return statusOf(CMPI_RC_ERR_INVALID_PARAMETER);
+    }
     Request *request = enter(*brokerOf(mb));
     request->context = objectOf(context);
     request->attachedBy = objectOf(context);
@@ -198,15 +212,17 @@ CMPIStatus attachThread(const CMPIBroker *mb, const CMPIContext *context) {
 }
 
 CMPIStatus detachThread(const CMPIBroker *mb, const CMPIContext *context) {
-    if (context == nullptr || current == nullptr || current->attachedBy != objectOf(context))
+    if (context == nullptr || current == nullptr || current->attachedBy != objectOf(context)) {
         return {CMPI_RC_ERR_INVALID_PARAMETER, nullptr};
+    }
     leave(current);
     Broker &broker = *brokerOf(mb);
     {
         const std::lock_guard lock(broker.requestsLock);
         ContextObject **link = &broker.prepared;
-        while (*link != objectOf(context))
+        while (*link != objectOf(context)) {
             link = &(*link)->nextPrepared;
+        }
         *link = (*link)->nextPrepared;
     }
     freeContext(objectOf(context));

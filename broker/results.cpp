@@ -19,8 +19,9 @@ CMPIResult *clone(const CMPIResult *, CMPIStatus *status) {
 // The first fault decides the request, whatever the provider makes of this status.
 CMPIStatus failed(ResultObject &result, const std::string &fault) {
     const CMPIStatus status = statusOf(CMPI_RC_ERR_FAILED, fault);
-    if (result.failure.rc == CMPI_RC_OK)
+    if (result.failure.rc == CMPI_RC_OK) {
         result.failure = status;
+    }
     return status;
 }
 
@@ -36,42 +37,51 @@ CMPIStatus addItem(ResultObject &result, void *item) {
             item = nullptr;
         }
     }
-    if (item == nullptr)
+    if (item == nullptr) {
         return failed(result, "out of memory");
+    }
     result.items[result.count++] = item;
     return statusOf(CMPI_RC_OK);
 }
 
 CMPIStatus returnInstance(const CMPIResult *result, const CMPIInstance *instance) {
     ResultObject &object = *objectOf(result);
-    if (object.expected != Expected::Instances)
+    if (object.expected != Expected::Instances) {
         return failed(object, "the provider returned an instance where none was asked for");
-    if (instance == nullptr)
+    }
+    if (instance == nullptr) {
         return failed(object, "the provider returned a null instance");
+    }
     const std::string fault = faultOfInstance(*objectOf(instance)->body, object.cls);
-    if (!fault.empty())
+    if (!fault.empty()) {
         return failed(object, fault);
+    }
     return addItem(object, copyInstance(*object.memory, *objectOf(instance)));
 }
 
 CMPIStatus returnObjectPath(const CMPIResult *result, const CMPIObjectPath *path) {
     ResultObject &object = *objectOf(result);
-    if (object.expected != Expected::Paths)
+    if (object.expected != Expected::Paths) {
         return failed(object, "the provider returned an object path where none was asked for");
-    if (path == nullptr)
+    }
+    if (path == nullptr) {
         return failed(object, "the provider returned a null object path");
+    }
     const std::string fault = faultOfPath(*objectOf(path)->body, object.cls);
-    if (!fault.empty())
+    if (!fault.empty()) {
         return failed(object, fault);
+    }
     return addItem(object, copyPath(*object.memory, *objectOf(path)));
 }
 
 CMPIStatus returnData(const CMPIResult *result, const CMPIValue *value, const CMPIType type) {
     ResultObject &object = *objectOf(result);
-    if (object.expected != Expected::Value)
+    if (object.expected != Expected::Value) {
         return failed(object, "the provider returned a value where none was asked for");
-    if (object.hasValue)
+    }
+    if (object.hasValue) {
         return failed(object, "the provider returned a second value");
+    }
     const CMPIrc rc = copyValue(*object.memory, value, type, object.value);
     if (rc != CMPI_RC_OK) {
         failed(object, "the provider returned a value of type " + textOfType(type) + ", which can't be kept");

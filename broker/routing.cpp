@@ -30,10 +30,11 @@ const Class *targetOf(const Call &call, CMPIStatus &status) {
                           "namespace \"" + nameSpace + "\" isn't served here, only \"" + served + '"');
         return nullptr;
     }
-    if (path.cls == nullptr)
+    if (path.cls == nullptr) {
         status =
             statusOf(CMPI_RC_ERR_INVALID_CLASS,
                      std::string("class \"") + CMGetCharPtr(&path.className->cmpi) + "\" isn't declared");
+    }
     return path.cls;
 }
 
@@ -44,8 +45,9 @@ bool isProvided(const Broker &broker, const Class &cls) {
 // The class itself or its nearest superclass that has a provider; null if there is none.
 const Class *providedClass(const Broker &broker, const Class &cls) {
     const Class *c = &cls;
-    while (c != nullptr && !isProvided(broker, *c))
+    while (c != nullptr && !isProvided(broker, *c)) {
         c = c->superclass;
+    }
     return c;
 }
 
@@ -63,13 +65,15 @@ PathObject *pathForProvider(Memory &memory, const CMPIObjectPath *path) {
     PathObject *copy = copyPath(memory, *objectOf(path));
     for (CMPICount i = 0; copy != nullptr && i < copy->body->keys.count; ++i) {
         const CMPIData &data = copy->body->keys.values[i].data;
-        if (!isInteger(data.type) || CMIsNullValue(data))
+        if (!isInteger(data.type) || CMIsNullValue(data)) {
             continue;
+        }
         const Integer number = integerOf(data);
         const CMPIType type = number.isNegative ? CMPI_sint64 : CMPI_uint64;
         PathBody *body = data.type == type ? copy->body : ownBody(*copy);
-        if (body == nullptr)
+        if (body == nullptr) {
             return nullptr;
+        }
         body->keys.values[i].data.type = type;
         body->keys.values[i].data.value.uint64 = number.bits;
     }
@@ -88,10 +92,12 @@ CMPIStatus askInstances(const Call &call, const Class &cls, ResultObject &result
                         Arguments... arguments) {
     CMPIStatus status = statusOf(CMPI_RC_OK);
     CMPIInstanceMI *mi = instanceProvider(*call.request.broker, cls, call.context, status);
-    if (mi == nullptr)
+    if (mi == nullptr) {
         return status;
-    if (mi->ft->*slot == nullptr)
+    }
+    if (mi->ft->*slot == nullptr) {
         return noFunction(cls);
+    }
     return statusOfCall(result, (mi->ft->*slot)(mi, call.context, &result.cmpi, arguments...));
 }
 
@@ -100,16 +106,19 @@ template <typename Slot, typename... Arguments>
 Outcome askOne(const Call &call, Expected expected, Slot slot, Arguments... arguments) {
     Outcome outcome;
     const Class *cls = targetOf(call, outcome.status);
-    if (cls == nullptr)
+    if (cls == nullptr) {
         return outcome;
+    }
     const Class *served = providedClass(*call.request.broker, *cls);
-    if (served == nullptr)
+    if (served == nullptr) {
         return {.status = noProvider(*cls)};
+    }
     Memory &memory = call.request.memory;
     ResultObject *result = newResult(memory, expected);
     PathObject *path = pathForProvider(memory, call.path);
-    if (result == nullptr || path == nullptr)
+    if (result == nullptr || path == nullptr) {
         return outOfMemory();
+    }
     result->cls = cls;
     outcome.status = askInstances(call, *served, *result, slot, &path->cmpi, arguments...);
     if (outcome.status.rc == CMPI_RC_OK) {
@@ -125,10 +134,12 @@ CMPIStatus askAssociations(const Call &call, const Class &cls, ResultObject &res
                            Arguments... arguments) {
     CMPIStatus status = statusOf(CMPI_RC_OK);
     CMPIAssociationMI *mi = associationProvider(*call.request.broker, cls, call.context, status);
-    if (mi == nullptr)
+    if (mi == nullptr) {
         return status;
-    if (mi->ft->*slot == nullptr)
+    }
+    if (mi->ft->*slot == nullptr) {
         return noFunction(cls);
+    }
     return statusOfCall(result, (mi->ft->*slot)(mi, call.context, &result.cmpi, arguments...));
 }
 
@@ -141,19 +152,22 @@ struct Together {
 };
 
 void add(Together &together, const CMPIStatus &status) {
-    if (status.rc == CMPI_RC_ERR_NOT_SUPPORTED)
+    if (status.rc == CMPI_RC_ERR_NOT_SUPPORTED) {
         together.unsupported = status;
-    else if (status.rc == CMPI_RC_OK)
+    } else if (status.rc == CMPI_RC_OK) {
         together.isSupported = true;
-    else
+    } else {
         together.failure = status;
+    }
 }
 
 Outcome outcomeOf(const Together &together, const ResultObject &result) {
-    if (together.failure.rc != CMPI_RC_OK)
+    if (together.failure.rc != CMPI_RC_OK) {
         return {.status = together.failure};
-    if (!together.isSupported && together.unsupported.rc != CMPI_RC_OK)
+    }
+    if (!together.isSupported && together.unsupported.rc != CMPI_RC_OK) {
         return {.status = together.unsupported};
+    }
     return {.items = result.items, .count = result.count};
 }
 
@@ -167,15 +181,18 @@ bool mayLink(const Schema &schema, const Class &association, const Class &source
              const Class *resultClass, const char *resultRole) {
     for (const Property &here : association.properties) {
         const Class *end = here.type == CMPI_ref ? findClass(schema, here.referenceClass) : nullptr;
-        if (end == nullptr || !isA(source, *end) || (role != nullptr && !sameName(role, here.name)))
+        if (end == nullptr || !isA(source, *end) || (role != nullptr && !sameName(role, here.name))) {
             continue;
+        }
         for (const Property &there : association.properties) {
-            if (&there == &here || there.type != CMPI_ref)
+            if (&there == &here || there.type != CMPI_ref) {
                 continue;
+            }
             const bool isClass =
                 resultClass == nullptr || isRelated(findClass(schema, there.referenceClass), resultClass);
-            if (isClass && (resultRole == nullptr || sameName(resultRole, there.name)))
+            if (isClass && (resultRole == nullptr || sameName(resultRole, there.name))) {
                 return true;
+            }
         }
     }
     return false;
@@ -203,22 +220,26 @@ Outcome collectAssociations(const Call &call, Form form, const char *association
     const Class *association = nullptr, *resultClass = nullptr;
     const Class *source = targetOf(call, outcome.status);
     if (source == nullptr || !namedClass(schema, associationName, association, outcome.status) ||
-        !namedClass(schema, resultName, resultClass, outcome.status))
+        !namedClass(schema, resultName, resultClass, outcome.status)) {
         return outcome;
+    }
     Memory &memory = call.request.memory;
     ResultObject *result = newResult(memory, form == Form::Names ? Expected::Paths : Expected::Instances);
     PathObject *path = pathForProvider(memory, call.path);
-    if (result == nullptr || path == nullptr)
+    if (result == nullptr || path == nullptr) {
         return outOfMemory();
+    }
 
     Together together;
-    if (isProvided(*call.request.broker, *source) && !source->isAssociation)
+    if (isProvided(*call.request.broker, *source) && !source->isAssociation) {
         add(together, ask(*source, associationName, &path->cmpi, *result));
+    }
     for (const auto &cls : schema.classes) {
         if (together.failure.rc == CMPI_RC_OK && cls->isAssociation &&
             isProvided(*call.request.broker, *cls) && (association == nullptr || isA(*cls, *association)) &&
-            mayLink(schema, *cls, *source, filter.role, resultClass, filter.resultRole))
+            mayLink(schema, *cls, *source, filter.role, resultClass, filter.resultRole)) {
             add(together, ask(*cls, cls->name.c_str(), &path->cmpi, *result));
+        }
     }
     return outcomeOf(together, *result);
 }
@@ -227,10 +248,11 @@ Outcome collectAssociations(const Call &call, Form form, const char *association
 
 Outcome routeGet(const Call &call, PropertyList properties) {
     Outcome outcome = askOne(call, Expected::Instances, &CMPIInstanceMIFT::getInstance, asList(properties));
-    if (outcome.status.rc == CMPI_RC_OK && outcome.count != 1)
+    if (outcome.status.rc == CMPI_RC_OK && outcome.count != 1) {
         return failed(CMPI_RC_ERR_FAILED, "the provider of class " + objectOf(call.path)->body->cls->name +
                                               " answered a request for one instance with " +
                                               std::to_string(outcome.count));
+    }
     return outcome;
 }
 
@@ -238,41 +260,49 @@ Outcome routeGet(const Call &call, PropertyList properties) {
 Outcome routeEnumerate(const Call &call, Form form, PropertyList properties) {
     Outcome outcome;
     const Class *target = targetOf(call, outcome.status);
-    if (target == nullptr)
+    if (target == nullptr) {
         return outcome;
+    }
     Memory &memory = call.request.memory;
     ResultObject *result = newResult(memory, form == Form::Names ? Expected::Paths : Expected::Instances);
-    if (result == nullptr)
+    if (result == nullptr) {
         return outOfMemory();
+    }
     Together together = {.unsupported = noProvider(*target)};
     for (const Class *cls : withSubclasses(*target)) {
-        if (together.failure.rc != CMPI_RC_OK)
+        if (together.failure.rc != CMPI_RC_OK) {
             break;
-        if (!isProvided(*call.request.broker, *cls))
+        }
+        if (!isProvided(*call.request.broker, *cls)) {
             continue;
+        }
         PathObject *path = pathOfClass(memory, *objectOf(call.path), *cls);
-        if (path == nullptr)
+        if (path == nullptr) {
             return outOfMemory();
+        }
         result->cls = cls;
-        if (form == Form::Names)
+        if (form == Form::Names) {
             add(together,
                 askInstances(call, *cls, *result, &CMPIInstanceMIFT::enumerateInstanceNames, &path->cmpi));
-        else
+        } else {
             add(together, askInstances(call, *cls, *result, &CMPIInstanceMIFT::enumerateInstances,
                                        &path->cmpi, asList(properties)));
+        }
     }
     return outcomeOf(together, *result);
 }
 
 Outcome routeCreate(const Call &call, const CMPIInstance *instance) {
-    if (instance == nullptr)
+    if (instance == nullptr) {
         return failed(CMPI_RC_ERR_INVALID_PARAMETER, "there is no instance to create");
+    }
     return askOne(call, Expected::Paths, &CMPIInstanceMIFT::createInstance, instance);
 }
 
 Outcome routeModify(const Call &call, const CMPIInstance *instance, PropertyList properties) {
-    if (instance == nullptr)
+    if (instance == nullptr) {
         return failed(CMPI_RC_ERR_INVALID_PARAMETER, "there is no instance to modify");
+    }
     return askOne(call, Expected::Nothing, &CMPIInstanceMIFT::modifyInstance, instance, asList(properties));
 }
 
@@ -282,32 +312,40 @@ Outcome routeDelete(const Call &call) {
 
 Outcome routeInvoke(const Call &call, const char *name, const CMPIArgs *in, CMPIArgs *out) {
     Outcome outcome;
-    if (name == nullptr || in == nullptr || out == nullptr)
+    if (name == nullptr || in == nullptr || out == nullptr) {
         return failed(CMPI_RC_ERR_INVALID_PARAMETER, "a method call needs a name, and arguments in and out");
+    }
     const Class *cls = targetOf(call, outcome.status);
-    if (cls == nullptr)
+    if (cls == nullptr) {
         return outcome;
+    }
     Broker &broker = *call.request.broker;
     const Class *served = providedClass(broker, *cls);
-    if (served == nullptr)
+    if (served == nullptr) {
         return {.status = noProvider(*cls)};
+    }
     CMPIMethodMI *mi = methodProvider(broker, *served, call.context, outcome.status);
-    if (mi == nullptr)
+    if (mi == nullptr) {
         return outcome;
-    if (mi->ft->invokeMethod == nullptr)
+    }
+    if (mi->ft->invokeMethod == nullptr) {
         return {.status = noFunction(*served)};
+    }
     ResultObject *result = newResult(call.request.memory, Expected::Value);
     PathObject *path = pathForProvider(call.request.memory, call.path);
-    if (result == nullptr || path == nullptr)
+    if (result == nullptr || path == nullptr) {
         return outOfMemory();
+    }
     result->method = findMethod(*cls, name); // CIM servers pass undeclared ones on as well
     outcome.status = statusOfCall(
         *result, mi->ft->invokeMethod(mi, call.context, &result->cmpi, &path->cmpi, name, in, out));
-    if (outcome.status.rc != CMPI_RC_OK)
+    if (outcome.status.rc != CMPI_RC_OK) {
         return outcome;
+    }
     if (const std::string fault = faultOfOutArguments(objectOf(out)->values, *cls, result->method);
-        !fault.empty())
+        !fault.empty()) {
         return failed(CMPI_RC_ERR_FAILED, fault);
+    }
     outcome.value = result->value;
     return outcome;
 }
@@ -315,9 +353,10 @@ Outcome routeInvoke(const Call &call, const char *name, const CMPIArgs *in, CMPI
 Outcome routeAssociators(const Call &call, Form form, const Association &filter, PropertyList properties) {
     const auto ask = [&](const Class &cls, const char *name, const CMPIObjectPath *path,
                          ResultObject &result) {
-        if (form == Form::Names)
+        if (form == Form::Names) {
             return askAssociations(call, cls, result, &CMPIAssociationMIFT::associatorNames, path, name,
                                    filter.resultClass, filter.role, filter.resultRole);
+        }
         return askAssociations(call, cls, result, &CMPIAssociationMIFT::associators, path, name,
                                filter.resultClass, filter.role, filter.resultRole, asList(properties));
     };
@@ -327,9 +366,10 @@ Outcome routeAssociators(const Call &call, Form form, const Association &filter,
 Outcome routeReferences(const Call &call, Form form, const Association &filter, PropertyList properties) {
     const auto ask = [&](const Class &cls, const char *name, const CMPIObjectPath *path,
                          ResultObject &result) {
-        if (form == Form::Names)
+        if (form == Form::Names) {
             return askAssociations(call, cls, result, &CMPIAssociationMIFT::referenceNames, path, name,
                                    filter.role);
+        }
         return askAssociations(call, cls, result, &CMPIAssociationMIFT::references, path, name, filter.role,
                                asList(properties));
     };

@@ -24,8 +24,9 @@ bool sameName(std::string_view a, std::string_view b) {
 
 size_t NameHash::operator()(std::string_view name) const {
     size_t hash = 2166136261U; // FNV-1a
-    for (const char c : name)
+    for (const char c : name) {
         hash = (hash ^ static_cast<unsigned char>(lower(c))) * 16777619U;
+    }
     return hash;
 }
 
@@ -52,8 +53,9 @@ const Qualifier *findQualifier(const std::vector<Qualifier> &qualifiers, std::st
 
 bool isA(const Class &cls, const Class &ancestor) {
     const Class *c = &cls;
-    while (c != nullptr && c != &ancestor)
+    while (c != nullptr && c != &ancestor) {
         c = c->superclass;
+    }
     return c != nullptr;
 }
 
@@ -80,9 +82,11 @@ bool matchesGlob(std::string_view name, std::string_view glob) {
 
 std::vector<const Class *> findClasses(const Schema &schema, std::string_view glob) {
     std::vector<const Class *> found;
-    for (const auto &cls : schema.classes)
-        if (matchesGlob(cls->name, glob))
+    for (const auto &cls : schema.classes) {
+        if (matchesGlob(cls->name, glob)) {
             found.push_back(cls.get());
+        }
+    }
     return found;
 }
 

@@ -21,10 +21,12 @@ char *resolveFileName(const char *libraryName) {
 
 CMPI_THREAD_TYPE newThread(CMPIThreadFunc start, void *parameter, int detached) {
     pthread_t thread;
-    if (pthread_create(&thread, nullptr, start, parameter) != 0)
+    if (pthread_create(&thread, nullptr, start, parameter) != 0) {
         return nullptr;
-    if (detached)
+    }
+    if (detached) {
         pthread_detach(thread);
+    }
     return reinterpret_cast<CMPI_THREAD_TYPE>(thread);
 }
 
@@ -43,9 +45,11 @@ int cancelThread(CMPI_THREAD_TYPE thread) {
 int threadSleep(CMPIUint32 milliseconds) {
     timespec left = {static_cast<time_t>(milliseconds / 1000),
                      static_cast<long>(milliseconds % 1000) * 1000000};
-    while (nanosleep(&left, &left) != 0)
-        if (errno != EINTR)
+    while (nanosleep(&left, &left) != 0) {
+        if (errno != EINTR) {
             return errno;
+        }
+    }
     return 0;
 }
 
@@ -78,8 +82,9 @@ int setThreadSpecific(CMPI_THREAD_KEY_TYPE key, void *value) {
 
 CMPI_MUTEX_TYPE newMutex(int) {
     auto *mutex = new (std::nothrow) pthread_mutex_t;
-    if (mutex != nullptr)
+    if (mutex != nullptr) {
         pthread_mutex_init(mutex, nullptr);
+    }
     return mutex;
 }
 
@@ -98,8 +103,9 @@ void unlockMutex(CMPI_MUTEX_TYPE mutex) {
 
 CMPI_COND_TYPE newCondition(int) {
     auto *condition = new (std::nothrow) pthread_cond_t;
-    if (condition != nullptr)
+    if (condition != nullptr) {
         pthread_cond_init(condition, nullptr);
+    }
     return condition;
 }
 

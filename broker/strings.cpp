@@ -32,8 +32,9 @@ const CMPIStringFT stringTable = {
 
 StringObject *newString(Memory &memory, std::string_view text) {
     auto *string = allocateObject<StringObject>(memory, text.size() + 1);
-    if (string == nullptr)
+    if (string == nullptr) {
         return nullptr;
+    }
     char *copy = reinterpret_cast<char *>(string + 1);
     std::memcpy(copy, text.data(), text.size());
     copy[text.size()] = '\0';
@@ -42,8 +43,9 @@ StringObject *newString(Memory &memory, std::string_view text) {
 }
 
 StringObject *copyString(Memory &memory, const StringObject &source) {
-    if (source.memory == &memory)
+    if (source.memory == &memory) {
         return const_cast<StringObject *>(&source);
+    }
     return newString(memory, {static_cast<const char *>(source.cmpi.hdl), source.length});
 }
 

@@ -14,24 +14,28 @@ CMPIStatus noRequest() {
 template <typename Route, typename... Arguments>
 Outcome routed(Route route, const CMPIContext *context, const CMPIObjectPath *path, Arguments... arguments) {
     Request *request = currentRequest();
-    if (request == nullptr)
+    if (request == nullptr) {
         return {.status = noRequest()};
+    }
     return route(Call{*request, context, path}, arguments...);
 }
 
 template <typename Value> void store(CMPIStatus *status, const Value &value) {
-    if (status != nullptr)
+    if (status != nullptr) {
         *status = value;
+    }
 }
 
 CMPIEnumeration *enumerationOf(const Outcome &outcome, Form form, CMPIStatus *status) {
     store(status, outcome.status);
-    if (outcome.status.rc != CMPI_RC_OK)
+    if (outcome.status.rc != CMPI_RC_OK) {
         return nullptr;
+    }
     const CMPIType type = form == Form::Names ? CMPI_ref : CMPI_instance;
     EnumerationObject *all = newEnumeration(currentRequest()->memory, type, outcome.items, outcome.count);
-    if (all == nullptr)
+    if (all == nullptr) {
         setStatus(status, CMPI_RC_ERR_FAILED);
+    }
     return all == nullptr ? nullptr : &all->cmpi;
 }
 
@@ -116,11 +120,13 @@ CMPIData invokeMethod(const CMPIBroker *, const CMPIContext *context, const CMPI
 CMPIStatus setProperty(const CMPIBroker *mb, const CMPIContext *context, const CMPIObjectPath *path,
                        const char *name, const CMPIValue *value, CMPIType type) {
     CMPIStatus status = {CMPI_RC_OK, nullptr};
-    if (path == nullptr || name == nullptr)
+    if (path == nullptr || name == nullptr) {
         return {CMPI_RC_ERR_INVALID_PARAMETER, nullptr};
+    }
     CMPIInstance *instance = CMNewInstance(mb, path, &status);
-    if (status.rc == CMPI_RC_OK)
+    if (status.rc == CMPI_RC_OK) {
         status = CMSetProperty(instance, name, value, type);
+    }
     const char *properties[] = {name, nullptr};
     return status.rc == CMPI_RC_OK ? modifyInstance(mb, context, path, instance, properties) : status;
 }

@@ -33,18 +33,21 @@ template <typename Number> std::string textOfNumber(Number number) {
 }
 
 std::string textOfReal(double number, std::string shortest) {
-    if (std::isfinite(number) && shortest.find_first_of(".e") == std::string::npos)
+    if (std::isfinite(number) && shortest.find_first_of(".e") == std::string::npos) {
         shortest += ".0"; // or it would read as an integer
+    }
     return shortest;
 }
 
 // A UTF-16 unit in UTF-8; half of a surrogate pair is written as the replacement character.
 std::string textOfChar16(CMPIChar16 c) {
     const unsigned code = c >= 0xD800 && c <= 0xDFFF ? 0xFFFD : c;
-    if (code < 0x80)
+    if (code < 0x80) {
         return {static_cast<char>(code)};
-    if (code < 0x800)
+    }
+    if (code < 0x800) {
         return {static_cast<char>(0xC0 | (code >> 6)), static_cast<char>(0x80 | (code & 0x3F))};
+    }
     return {static_cast<char>(0xE0 | (code >> 12)), static_cast<char>(0x80 | ((code >> 6) & 0x3F)),
             static_cast<char>(0x80 | (code & 0x3F))};
 }
@@ -52,8 +55,9 @@ std::string textOfChar16(CMPIChar16 c) {
 std::string joined(const CMPIData &array, std::string (*textOf)(const CMPIData &)) {
     std::string text = "{";
     for (const CMPIData &element : elementsOf(array)) {
-        if (text.size() > 1)
+        if (text.size() > 1) {
             text += ", ";
+        }
         text += textOf(element);
     }
     return text + '}';
@@ -68,8 +72,9 @@ bool isQuoted(CMPIType type) {
 
 template <typename Number> bool readInteger(std::string_view text, Number &number) {
     int base = 10;
-    if (text.starts_with("+"))
+    if (text.starts_with("+")) {
         text.remove_prefix(1);
+    }
     if (text.starts_with("0x") || text.starts_with("0X")) {
         text.remove_prefix(2);
         base = 16;
@@ -86,14 +91,15 @@ template <typename Number> bool readReal(std::string_view text, Number &number) 
 bool readChar16(std::string_view text, CMPIChar16 &c) {
     const auto byte = [&](size_t i) { return static_cast<unsigned>(static_cast<unsigned char>(text[i])); };
     unsigned code = 0;
-    if (text.size() == 1 && byte(0) < 0x80)
+    if (text.size() == 1 && byte(0) < 0x80) {
         code = byte(0);
-    else if (text.size() == 2 && byte(0) >> 5 == 6)
+    } else if (text.size() == 2 && byte(0) >> 5 == 6) {
         code = (byte(0) & 0x1F) << 6 | (byte(1) & 0x3F);
-    else if (text.size() == 3 && byte(0) >> 4 == 14)
+    } else if (text.size() == 3 && byte(0) >> 4 == 14) {
         code = (byte(0) & 0x0F) << 12 | (byte(1) & 0x3F) << 6 | (byte(2) & 0x3F);
-    else
+    } else {
         return false;
+    }
     c = static_cast<CMPIChar16>(code);
     return textOfChar16(c) == text;
 }
@@ -145,17 +151,21 @@ std::string expectedForm(CMPIType type) {
 
 std::string textOfType(CMPIType type) {
     const auto element = static_cast<CMPIType>(type & ~CMPI_ARRAY);
-    for (const TypeName &known : typeNames)
-        if (known.type == element)
+    for (const TypeName &known : typeNames) {
+        if (known.type == element) {
             return std::string(known.name) + (type & CMPI_ARRAY ? "[]" : "");
+        }
+    }
     return "unknown type " + std::to_string(type);
 }
 
 std::string textOfValue(const CMPIData &data) {
-    if (CMIsNullValue(data))
+    if (CMIsNullValue(data)) {
         return "NULL";
-    if (CMIsArray(data))
+    }
+    if (CMIsArray(data)) {
         return joined(data, textOfValue);
+    }
     const CMPIValue &value = data.value;
     switch (data.type) {
     case CMPI_boolean: return value.boolean ? "true" : "false";
@@ -179,13 +189,16 @@ std::string textOfValue(const CMPIData &data) {
 }
 
 std::string mofOfValue(const CMPIData &value) {
-    if (CMIsNullValue(value))
+    if (CMIsNullValue(value)) {
         return "NULL";
-    if (CMIsArray(value))
+    }
+    if (CMIsArray(value)) {
         return joined(value, mofOfValue);
+    }
     const std::string text = textOfValue(value);
-    if (value.type == CMPI_char16)
+    if (value.type == CMPI_char16) {
         return '\'' + (text == "'" || text == "\\" ? '\\' + text : text) + '\'';
+    }
     return isQuoted(value.type) ? quotedText(text) : text;
 }
 
@@ -202,8 +215,9 @@ std::string mofOfInstance(const CMPIInstance *instance) {
 }
 
 std::vector<CMPIData> elementsOf(const CMPIData &value) {
-    if (CMIsNullValue(value) || !CMIsArray(value))
+    if (CMIsNullValue(value) || !CMIsArray(value)) {
         return {};
+    }
     const ArrayObject &array = *objectOf(value.value.array);
     return {array.elements, array.elements + array.count};
 }
@@ -231,8 +245,9 @@ bool parseValue(Request &request, CMPIType type, const std::vector<std::string> 
                     (why.empty() ? "expected " + expectedForm(elementType) : why);
             return false;
         }
-        if (isArray)
+        if (isArray) {
             array->elements[i] = scalar;
+        }
     }
     value = scalar;
     if (isArray) {

@@ -2,29 +2,33 @@
 #include "objects.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace broker {
 
 namespace {
 
-// Bytes of a value that holds no object; 0 for the others.
-constexpr size_t plainSize(CMPIType type) {
-    switch (type) {
-    case CMPI_boolean:
-    case CMPI_uint8:
-    case CMPI_sint8: return 1;
-    case CMPI_char16:
-    case CMPI_uint16:
-    case CMPI_sint16: return 2;
-    case CMPI_uint32:
-    case CMPI_sint32:
-    case CMPI_real32: return 4;
-    case CMPI_uint64:
-    case CMPI_sint64:
-    case CMPI_real64: return 8;
-    default: return 0;
+// Bytes of the values that hold no object, by type; 0 for other types. Every such type is below 256.
+constexpr std::array<unsigned char, 256> plainSizes = [] {
+    std::array<unsigned char, 256> sizes = {};
+    for (const CMPIType type : {CMPI_boolean, CMPI_uint8, CMPI_sint8}) {
+        sizes[type] = 1;
     }
+    for (const CMPIType type : {CMPI_char16, CMPI_uint16, CMPI_sint16}) {
+        sizes[type] = 2;
+    }
+    for (const CMPIType type : {CMPI_uint32, CMPI_sint32, CMPI_real32}) {
+        sizes[type] = 4;
+    }
+    for (const CMPIType type : {CMPI_uint64, CMPI_sint64, CMPI_real64}) {
+        sizes[type] = 8;
+    }
+    return sizes;
+}();
+
+constexpr size_t plainSize(CMPIType type) {
+    return type < plainSizes.size() ? plainSizes[type] : 0;
 }
 
 // memcpy of a fixed size is one instruction, of a variable one a call.
@@ -48,16 +52,18 @@ constexpr bool isKept(CMPIType type) {
 CMPIrc copyObject(Memory &memory, const CMPIValue *from, CMPIType type, CMPIValue &copy) {
     CMPIValue value = {};
     std::memcpy(&value, from, sizeof(void *)); // a pointer variable may be aligned less than the union
-    if (value.string == nullptr)               // any object pointer is: all share the union's room
+    if (value.string == nullptr) {             // any object pointer is: all share the union's room
         return CMPI_RC_ERR_INVALID_PARAMETER;
+    }
     const auto keep = [](auto *&target, auto *object) {
         target = object == nullptr ? nullptr : &object->cmpi;
         return object == nullptr ? CMPI_RC_ERR_FAILED : CMPI_RC_OK;
     };
     if (type & CMPI_ARRAY) {
         const ArrayObject &array = *objectOf(value.array);
-        if ((array.elementType | CMPI_ARRAY) != type)
+        if ((array.elementType | CMPI_ARRAY) != type) {
             return CMPI_RC_ERR_TYPE_MISMATCH;
+        }
         return keep(copy.array, copyArray(memory, array));
     }
     switch (type) {
@@ -80,19 +86,25 @@ CMPIData notFoundData() {
 
 CMPIrc copyValue(Memory &memory, const CMPIValue *value, CMPIType type, CMPIData &data) {
     const CMPIType stored = storedType(type);
-    if (!isKept(stored))
+    const size_t size = plainSize(stored);
+    if (size != 0 && value != nullptr) {
+        data = {stored, CMPI_goodValue, {}};
+        copyPlain(data.value, value, size);
+        return CMPI_RC_OK;
+    }
+    if (!isKept(stored)) {
         return CMPI_RC_ERR_INVALID_DATA_TYPE;
+    }
     if (value == nullptr) {
         data = nullData(stored);
         return CMPI_RC_OK;
     }
     CMPIData copy = {stored, CMPI_goodValue, {}};
-    if (const size_t size = plainSize(stored)) {
-        copyPlain(copy.value, value, size);
-    } else if (type == CMPI_chars) {
+    if (type == CMPI_chars) {
         StringObject *text = newString(memory, reinterpret_cast<const char *>(value));
-        if (text == nullptr)
+        if (text == nullptr) {
             return CMPI_RC_ERR_FAILED;
+        }
         copy.value.string = &text->cmpi;
     } else if (const CMPIrc rc = copyObject(memory, value, stored, copy.value); rc != CMPI_RC_OK) {
         return rc;
@@ -102,8 +114,9 @@ CMPIrc copyValue(Memory &memory, const CMPIValue *value, CMPIType type, CMPIData
 }
 
 bool fits(CMPIType stored, const Feature &declared) {
-    if (stored == declared.type)
+    if (stored == declared.type) {
         return true;
+    }
     // An embedded instance is declared as a string with a qualifier.
     return (stored & ~CMPI_ARRAY) == CMPI_instance &&
            storedType(declared.type) == ((stored & CMPI_ARRAY) | CMPI_string) &&
@@ -130,33 +143,40 @@ Integer integerOf(const CMPIData &data) {
 }
 
 bool equalValues(const CMPIData &a, const CMPIData &b) {
-    if (CMIsNullValue(a) || CMIsNullValue(b))
+    if (CMIsNullValue(a) || CMIsNullValue(b)) {
         return CMIsNullValue(a) && CMIsNullValue(b);
+    }
     if (isInteger(a.type) && isInteger(b.type)) {
         const Integer x = integerOf(a), y = integerOf(b);
         return x.bits == y.bits && x.isNegative == y.isNegative;
     }
-    if (a.type != b.type)
+    if (a.type != b.type) {
         return false;
-    if (a.type == CMPI_string)
+    }
+    if (a.type == CMPI_string) {
         return std::strcmp(CMGetCharPtr(a.value.string), CMGetCharPtr(b.value.string)) == 0;
+    }
     return textOfValue(a) == textOfValue(b);
 }
 
 const NamedValue *findValue(const NamedValues &values, std::string_view name) {
-    for (CMPICount i = 0; i < values.count; ++i)
-        if (sameName(values.values[i].name, name))
+    for (CMPICount i = 0; i < values.count; ++i) {
+        if (sameName(values.values[i].name, name)) {
             return &values.values[i];
+        }
+    }
     return nullptr;
 }
 
 CMPIrc putValue(Memory &memory, NamedValues &values, const char *name, const CMPIValue *value,
                 CMPIType type) {
-    if (name == nullptr || *name == '\0')
+    if (name == nullptr || *name == '\0') {
         return CMPI_RC_ERR_INVALID_PARAMETER;
+    }
     CMPIData data;
-    if (const CMPIrc rc = copyValue(memory, value, type, data); rc != CMPI_RC_OK)
+    if (const CMPIrc rc = copyValue(memory, value, type, data); rc != CMPI_RC_OK) {
         return rc;
+    }
     if (const NamedValue *present = findValue(values, name)) {
         const_cast<NamedValue *>(present)->data = data;
         return CMPI_RC_OK;
@@ -164,15 +184,17 @@ CMPIrc putValue(Memory &memory, NamedValues &values, const char *name, const CMP
     if (values.count == values.capacity) {
         const CMPICount capacity = values.capacity == 0 ? 4 : values.capacity * 2;
         auto *grown = allocateArray<NamedValue>(memory, capacity);
-        if (grown == nullptr)
+        if (grown == nullptr) {
             return CMPI_RC_ERR_FAILED;
+        }
         std::copy_n(values.values, values.count, grown);
         values.values = grown;
         values.capacity = capacity;
     }
     const char *copy = copyText(memory, name);
-    if (copy == nullptr)
+    if (copy == nullptr) {
         return CMPI_RC_ERR_FAILED;
+    }
     values.values[values.count++] = {copy, data};
     return CMPI_RC_OK;
 }
@@ -181,8 +203,9 @@ bool copyValues(Memory &memory, const NamedValues &source, NamedValues &copy) {
     for (CMPICount i = 0; i < source.count; ++i) {
         const auto &[name, data] = source.values[i];
         const CMPIValue *value = CMIsNullValue(data) ? nullptr : &data.value;
-        if (putValue(memory, copy, name, value, data.type) != CMPI_RC_OK)
+        if (putValue(memory, copy, name, value, data.type) != CMPI_RC_OK) {
             return false;
+        }
     }
     return true;
 }

@@ -121,13 +121,13 @@ TEST_F(ClassFrame, ARecordWithAnEmptyKeyEndsTheOperationAfterTheOnesBefore) {
     const CMPIObjectPath *cop = path(*caller, "RegisteredProfile");
     const CMPIContext *ctx = broker::contextOf(*caller);
 
-    CountingResult instances;
+    CapturingResult instances;
     CMPIStatus status{};
     PH_OEM_EI_RegisteredProfile(cmpi(), ctx, cop, nullptr, &instances.result, &status);
     EXPECT_EQ(textOf(status), "1 Failed to Enumerate Instance");
     EXPECT_EQ(instances.returned, 1);
 
-    CountingResult paths;
+    CapturingResult paths;
     status = {};
     PH_OEM_EIN_RegisteredProfile(cmpi(), ctx, cop, &paths.result, &status);
     EXPECT_EQ(textOf(status), "1 Failed to Enumerate Instance Names");

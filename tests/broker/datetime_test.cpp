@@ -49,12 +49,14 @@ TEST_F(DateTimes, MicrosecondsAreWrittenInUtc) {
         {4107542400 * second, 0, "21000301000000.000000+000"}, // 2100 has no leap day
         {90061 * second + 7, 1, "00000001010101.000007:000"},
     };
-    for (const auto &[microseconds, isInterval, text] : cases)
+    for (const auto &[microseconds, isInterval, text] : cases) {
         EXPECT_EQ(textOf(CMGetStringFormat(CMNewDateTimeFromBinary(cmpi, microseconds, isInterval, nullptr),
                                            nullptr)),
                   text);
-    for (const bool isInterval : {false, true})
+    }
+    for (const bool isInterval : {false, true}) {
         EXPECT_EQ(CMNewDateTimeFromBinary(cmpi, static_cast<CMPIUint64>(-1), isInterval, nullptr), nullptr);
+    }
 }
 
 TEST_F(DateTimes, MalformedTextIsRefused) {

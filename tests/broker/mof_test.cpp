@@ -42,8 +42,9 @@ TEST(Mof, AClassHasWhatItInheritsAndWhatItDeclares) {
     EXPECT_EQ(a.subclasses, std::vector<const broker::Class *>{&b});
 
     std::string order;
-    for (const broker::Property &property : b.properties)
+    for (const broker::Property &property : b.properties) {
         order += property.name + ' ' + property.origin + ' ' + std::to_string(property.type) + ';';
+    }
     EXPECT_EQ(order, "InstanceID B 5632;State B 144;List A 8384;Fixed B 14336;");
     EXPECT_EQ(b.keys, std::vector<size_t>{0});
     const broker::Property &state = *findProperty(b, "STATE");
@@ -119,8 +120,9 @@ TEST(Mof, GlobsMatchWholeNames) {
     } cases[] = {{"TRV_Fan", true}, {"trv_fan", true},   {"TRV_*", true},  {"*fan", true},
                  {"T?V_F*n", true}, {"*", true},         {"*a*a*", false}, {"Fan", false},
                  {"TRV_", false},   {"TRV_Fan?", false}, {"", false},      {"**n", true}};
-    for (const auto &[glob, matches] : cases)
+    for (const auto &[glob, matches] : cases) {
         EXPECT_EQ(broker::matchesGlob("TRV_Fan", glob), matches) << glob;
+    }
 }
 
 } // namespace

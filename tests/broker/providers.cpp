@@ -35,15 +35,17 @@ CMPIStatus failure(const Request &r, CMPIrc rc, const char *text) {
 CMPIObjectPath *newPath(const Request &r, const char *className, const char *id) {
     CMPIObjectPath *path =
         CMNewObjectPath(r.broker, CMGetCharPtr(CMGetNameSpace(r.path, nullptr)), className, nullptr);
-    if (id != nullptr)
+    if (id != nullptr) {
         CMAddKey(path, "Id", id, CMPI_chars);
+    }
     return path;
 }
 
 CMPIInstance *newInstance(const Request &r, const char *className, const char *id) {
     CMPIInstance *instance = CMNewInstance(r.broker, newPath(r, className, nullptr), nullptr);
-    if (id != nullptr)
+    if (id != nullptr) {
         CMSetProperty(instance, "Id", id, CMPI_chars);
+    }
     return instance;
 }
 
@@ -56,8 +58,9 @@ CMPIUint32 asked(const Request &r, const char *name, CMPIUint32 otherwise) {
 
 std::string joined(const char **properties) {
     std::string all = properties == nullptr ? "all" : "";
-    for (; properties != nullptr && *properties != nullptr; ++properties)
+    for (; properties != nullptr && *properties != nullptr; ++properties) {
         all += std::string(*properties) + ';';
+    }
     return all;
 }
 
@@ -70,15 +73,17 @@ CMPIInstance *thing(const Request &r, CMPIUint32 number) {
 
 CMPIStatus things(const Request &r) {
     const CMPIUint32 count = asked(r, "count", 3);
-    for (CMPIUint32 i = 0; i < count; ++i)
+    for (CMPIUint32 i = 0; i < count; ++i) {
         CMReturnInstance(r.result, thing(r, i));
+    }
     CMReturnDone(r.result);
     return status(CMPI_RC_OK);
 }
 
 CMPIStatus thingNames(const Request &r) {
-    for (CMPIUint32 i = 0; i < asked(r, "count", 3); ++i)
+    for (CMPIUint32 i = 0; i < asked(r, "count", 3); ++i) {
         CMReturnObjectPath(r.result, newPath(r, r.className, ("thing " + std::to_string(i)).c_str()));
+    }
     return status(CMPI_RC_OK);
 }
 
@@ -86,8 +91,9 @@ CMPIStatus oneThing(const Request &r) {
     CMPIStatus st = status(CMPI_RC_OK);
     const CMPIData id = CMGetKey(r.path, "id", &st);
     if (st.rc != CMPI_RC_OK || id.type != CMPI_string ||
-        std::strncmp(CMGetCharPtr(id.value.string), "thing ", 6))
+        std::strncmp(CMGetCharPtr(id.value.string), "thing ", 6)) {
         return failure(r, CMPI_RC_ERR_NOT_FOUND, "no such thing");
+    }
     CMReturnInstance(r.result,
                      thing(r, static_cast<CMPIUint32>(std::stoul(CMGetCharPtr(id.value.string) + 6))));
     return status(CMPI_RC_OK);
@@ -152,8 +158,9 @@ CMPIStatus threaded(const Request &r) {
     const CMPIBrokerExtFT &services = *r.broker->xft;
     void *thread = services.newThread(work, &w, 0);
     services.joinThread(thread, nullptr);
-    if (w.attached != CMPI_RC_OK || w.detached != CMPI_RC_OK)
+    if (w.attached != CMPI_RC_OK || w.detached != CMPI_RC_OK) {
         return failure(r, CMPI_RC_ERR_FAILED, "the thread can't attach");
+    }
     CMPIInstance *instance = newInstance(r, r.className, "asked");
     CMSetProperty(instance, "Found", &w.found, CMPI_uint32);
     CMReturnInstance(r.result, instance);
@@ -177,8 +184,9 @@ CMPIStatus wrongType(const Request &r) {
 
 CMPIStatus withKey(const Request &r, const char *pathId, const char *propertyId) {
     CMPIInstance *instance = CMNewInstance(r.broker, newPath(r, r.className, pathId), nullptr);
-    if (propertyId != nullptr)
+    if (propertyId != nullptr) {
         CMSetProperty(instance, "Id", propertyId, CMPI_chars);
+    }
     CMReturnInstance(r.result, instance);
     return status(CMPI_RC_OK);
 }
@@ -281,8 +289,10 @@ CMPIStatus modify(CMPIInstanceMI *mi, const CMPIContext *, const CMPIResult *, c
                   const CMPIInstance *instance, const char **properties) {
     CMPIStatus st = status(CMPI_RC_OK);
     const CMPIData note = CMGetProperty(instance, "note", &st);
-    if (st.rc == CMPI_RC_OK && !CMIsNullValue(note) && !std::strcmp(CMGetCharPtr(note.value.string), "good"))
+    if (st.rc == CMPI_RC_OK && !CMIsNullValue(note) &&
+        !std::strcmp(CMGetCharPtr(note.value.string), "good")) {
         return status(CMPI_RC_OK);
+    }
     CMReturnWithChars(providerOf(mi).broker, CMPI_RC_ERR_INVALID_PARAMETER, joined(properties).c_str());
 }
 
@@ -295,12 +305,14 @@ CMPIStatus invoke(CMPIMethodMI *mi, const CMPIContext *, const CMPIResult *resul
     const CMPIBroker *broker = providerOf(mi).broker;
     const std::string name = method;
     const CMPIUint32 zero = 0;
-    if (name == "ReturnText")
+    if (name == "ReturnText") {
         return CMReturnData(result, "text", CMPI_chars), status(CMPI_RC_OK);
-    if (name == "OutUndeclared" || name == "OutWrongType")
+    }
+    if (name == "OutUndeclared" || name == "OutWrongType") {
         CMAddArg(out, name == "OutUndeclared" ? "Surprise" : "Reply", &zero, CMPI_uint32);
-    else if (name != "Echo")
+    } else if (name != "Echo") {
         CMReturnWithChars(broker, CMPI_RC_ERR_METHOD_NOT_FOUND, method);
+    }
     if (name == "Echo") {
         const CMPIData text = CMGetArg(in, "text", nullptr);
         CMAddArg(out, "Reply", CMGetCharPtr(text.value.string), CMPI_chars);
@@ -321,8 +333,9 @@ CMPIStatus associatorNames(CMPIAssociationMI *mi, const CMPIContext *c, const CM
                            const CMPIObjectPath *path, const char *associationClass, const char *,
                            const char *, const char *) {
     const Provider &p = providerOf(mi);
-    if (associationClass == nullptr || std::strcmp(p.behaviour->className, "T_Link") != 0)
+    if (associationClass == nullptr || std::strcmp(p.behaviour->className, "T_Link") != 0) {
         return status(CMPI_RC_ERR_NOT_SUPPORTED);
+    }
     const Request r = {p.broker, c, result, path, nullptr, "T_Link"};
     CMPIObjectPath *otherPath = newPath(r, "T_Other", "other");
     const CMPIUint64 slot = 7;

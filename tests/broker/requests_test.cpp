@@ -91,8 +91,9 @@ TEST_F(Requests, AWrongTargetIsNamed) {
         {path("Unloadable"), "1: doesn't load today"},
         {nullptr, "4: a request needs an object path and a context"},
     };
-    for (const auto &[target, answer] : cases)
+    for (const auto &[target, answer] : cases) {
         EXPECT_EQ(rcAndMessage(broker::enumerateInstances(*request, target, nullptr)), answer);
+    }
 }
 
 TEST_F(Requests, OneFailingSubclassFailsItsBaseClass) {

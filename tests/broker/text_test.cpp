@@ -24,8 +24,9 @@ TEST_F(Texts, APathReadsBackAsItIsWritten) {
         std::string error;
         const CMPIObjectPath *parsed = broker::parsePath(*request, text, error);
         ASSERT_EQ(parsed != nullptr, written != nullptr) << error;
-        if (parsed == nullptr)
+        if (parsed == nullptr) {
             continue;
+        }
         EXPECT_EQ(broker::textOfPath(parsed, true), written);
         EXPECT_EQ(broker::textOfPath(path(written), true), written);
     }

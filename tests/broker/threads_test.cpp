@@ -31,10 +31,12 @@ TEST_F(Threads, RequestsRunSideBySide) {
         });
     }
     // The counts may be read while others work; each thread has one clone at a time.
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         EXPECT_LE(broker::liveClones(*broker) + broker::liveObjects(*broker) / 1000000, 8U);
-    for (std::thread &thread : threads)
+    }
+    for (std::thread &thread : threads) {
         thread.join();
+    }
     EXPECT_EQ(failures, 0);
 }
 
@@ -91,8 +93,9 @@ TEST_F(Threads, TheServicesLockWaitAndWake) {
         },
         &shared, 0);
     services.lockMutex(shared.mutex);
-    while (!shared.isReady)
+    while (!shared.isReady) {
         services.condWait(shared.condition, shared.mutex);
+    }
     services.unlockMutex(shared.mutex);
     void *result = nullptr;
     EXPECT_EQ(services.joinThread(thread, &result), 0);
@@ -102,8 +105,9 @@ TEST_F(Threads, TheServicesLockWaitAndWake) {
 
     static int runs = 0;
     int once = 0;
-    for (int i = 0; i < 2; ++i)
+    for (int i = 0; i < 2; ++i) {
         services.threadOnce(&once, [] { ++runs; });
+    }
     EXPECT_EQ(runs, 1);
     CMPI_THREAD_KEY_TYPE key;
     ASSERT_EQ(services.createThreadKey(&key, nullptr), 0);

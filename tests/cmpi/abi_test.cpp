@@ -22,16 +22,19 @@ constexpr bool is64Bit = sizeof(void *) == 8;
 
 // The offset of a slot, worked out from the number of integers before the first pointer.
 size_t offsetOf(const SlotSeen &slot) {
-    if (!is64Bit)
+    if (!is64Bit) {
         return slot.slot * 4;
-    if (slot.integers == 1)
+    }
+    if (slot.integers == 1) {
         return slot.slot * 8;
+    }
     return slot.slot < 2 ? slot.slot * 4 : (slot.slot - 1) * 8;
 }
 
 TEST(CmpiTables, EveryMemberStandsInItsSlot) {
-    for (const SlotSeen &slot : slotsSeenInCpp)
+    for (const SlotSeen &slot : slotsSeenInCpp) {
         EXPECT_EQ(slot.offset, offsetOf(slot)) << slot.table << '.' << slot.member;
+    }
 }
 
 TEST(CmpiTables, CAndCppSeeTheSameSlots) {
@@ -86,8 +89,9 @@ TEST(CmpiTypes, StructuresHaveTheSizesOfTheInterface) {
         {"CMPICount", sizeof(CMPICount), 4, 4},
         {"CMPIType", sizeof(CMPIType), 2, 2},
     };
-    for (const auto &[name, size, sizeWith64, sizeWith32] : sizes)
+    for (const auto &[name, size, sizeWith64, sizeWith32] : sizes) {
         EXPECT_EQ(size, is64Bit ? sizeWith64 : sizeWith32) << name;
+    }
 }
 
 TEST(CmpiTypes, SignsAreAsTheNamesSay) {
@@ -155,8 +159,9 @@ TEST(CmpiTypes, CodesAreThoseOfTheInterface) {
         {CMPI_FLAG_DeepInheritance, 2},
         {CMPI_FLAG_IncludeClassOrigin, 8},
     };
-    for (const auto &[code, expected] : codes)
+    for (const auto &[code, expected] : codes) {
         EXPECT_EQ(code, expected);
+    }
 }
 
 TEST(CmpiMacros, NullIsToldByStateAndByHandle) {

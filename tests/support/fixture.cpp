@@ -158,33 +158,92 @@ Reply ServiceProcessorTest::get(const std::string &pathText, PropertyNames prope
     return reply;
 }
 
+namespace {
+
+// A value of a declared type; a null one where the text is "NULL".
+CMPIData valueOf(broker::Request &request, const broker::Feature *declared,
+                 const std::vector<std::string> &texts) {
+    CMPIData value = {declared == nullptr ? CMPI_string : declared->type, CMPI_nullValue, {}};
+    std::string error;
+    EXPECT_NE(declared, nullptr);
+    EXPECT_TRUE(texts.at(0) == "NULL" || broker::parseValue(request, value.type, texts, value, error))
+        << error;
+    return value;
+}
+
+const broker::Class &classOf(broker::Request &request, const CMPIObjectPath *path) {
+    const char *name = CMGetCharsPtr(CMGetClassName(path, nullptr), nullptr);
+    return *broker::findClass(broker::schemaOf(broker::brokerOf(request)), name);
+}
+
+} // namespace
+
+Reply ServiceProcessorTest::modify(const std::string &pathText, const Values &values,
+                                   PropertyNames properties) {
+    Reply reply{request(), {}};
+    const CMPIObjectPath *cop = path(*reply.request, pathText);
+    CMPIInstance *inst = CMNewInstance(cmpi(), cop, nullptr);
+    for (const auto &[name, texts] : values) {
+        const broker::Property *declared = broker::findProperty(classOf(*reply.request, cop), name);
+        broker::setProperty(inst, name, valueOf(*reply.request, declared, texts));
+    }
+    reply.answer = broker::modifyInstance(*reply.request, cop, inst, listOf(properties));
+    return reply;
+}
+
+Reply ServiceProcessorTest::invoke(const std::string &pathText, const char *method, const Values &arguments) {
+    Reply reply{request(), {}};
+    const CMPIObjectPath *cop = path(*reply.request, pathText);
+    CMPIArgs *in = CMNewArgs(cmpi(), nullptr);
+    const broker::Method *declared = broker::findMethod(classOf(*reply.request, cop), method);
+    for (const auto &[name, texts] : arguments) {
+        const broker::Parameter *parameter =
+            declared == nullptr ? nullptr : broker::findParameter(*declared, name);
+        broker::addArgument(in, name, valueOf(*reply.request, parameter, texts));
+    }
+    reply.answer = broker::invokeMethod(*reply.request, cop, method, in, CMNewArgs(cmpi(), nullptr));
+    return reply;
+}
+
 std::string ServiceProcessorTest::trace() {
     std::stringstream text;
     text << std::ifstream(folder().trace()).rdbuf();
     return text.str();
 }
 
-// --- CountingResult
+// --- CapturingResult
 
 namespace {
 
-CMPIStatus count(const CMPIResult *result) {
-    ++static_cast<CountingResult *>(const_cast<void *>(result->hdl))->returned;
-    return {CMPI_RC_OK, nullptr};
+constexpr CMPIStatus ok = {CMPI_RC_OK, nullptr};
+
+CapturingResult &capturing(const CMPIResult *result) {
+    return *static_cast<CapturingResult *>(const_cast<void *>(result->hdl));
 }
 
-const CMPIResultFT counting_table = {
+CMPIStatus captureValue(const CMPIResult *result, const CMPIValue *value, CMPIType) {
+    capturing(result).value = value->uint32;
+    return ok;
+}
+
+CMPIStatus captureDone(const CMPIResult *result) {
+    capturing(result).done = true;
+    return ok;
+}
+
+template <typename Object> CMPIStatus captureObject(const CMPIResult *result, const Object *) {
+    ++capturing(result).returned;
+    return ok;
+}
+
+const CMPIResultFT capturing_table = {
     200,
-    [](CMPIResult *) {
-        return CMPIStatus{CMPI_RC_OK, nullptr};
-    },
+    [](CMPIResult *) { return ok; },
     [](const CMPIResult *, CMPIStatus *) -> CMPIResult * { return nullptr; },
-    [](const CMPIResult *result, const CMPIValue *, CMPIType) { return count(result); },
-    [](const CMPIResult *result, const CMPIInstance *) { return count(result); },
-    [](const CMPIResult *result, const CMPIObjectPath *) { return count(result); },
-    [](const CMPIResult *) {
-        return CMPIStatus{CMPI_RC_OK, nullptr};
-    },
+    captureValue,
+    captureObject<CMPIInstance>,
+    captureObject<CMPIObjectPath>,
+    captureDone,
     [](const CMPIResult *, const CMPIError *) {
         return CMPIStatus{CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
     },
@@ -192,7 +251,7 @@ const CMPIResultFT counting_table = {
 
 } // namespace
 
-CountingResult::CountingResult() : result{this, &counting_table} {}
+CapturingResult::CapturingResult() : result{this, &capturing_table} {}
 
 std::string textOf(const CMPIStatus &status) {
     const char *message = status.msg == nullptr ? nullptr : CMGetCharsPtr(status.msg, nullptr);

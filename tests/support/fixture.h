@@ -39,6 +39,12 @@ struct ServiceProcessorTest : testing::Test {
     Reply names(const std::string &className);
     Reply get(const std::string &path, PropertyNames properties = {});
 
+    // New values are texts of the declared types; "NULL" makes a property null. Without a list, a client
+    // means all that it gives.
+    using Values = std::vector<std::pair<const char *, std::vector<std::string>>>;
+    Reply modify(const std::string &path, const Values &values, PropertyNames properties = {});
+    Reply invoke(const std::string &path, const char *method, const Values &arguments = {});
+
     // A request for tests that call the library's functions themselves.
     broker::RequestPointer request();
     const CMPIBroker *cmpi();
@@ -50,11 +56,13 @@ struct ServiceProcessorTest : testing::Test {
     const std::string store; // the file of this test's server
 };
 
-// A CMPIResult that counts what it is given, for operations that are called directly.
-struct CountingResult {
+// A CMPIResult that notes what it is given, for operations that are called directly.
+struct CapturingResult {
     CMPIResult result;
-    int returned = 0;
-    CountingResult();
+    int returned = 0;     // instances and paths
+    CMPIUint32 value = 0; // a method's
+    bool done = false;
+    CapturingResult();
 };
 
 // A status as "rc message".

@@ -106,8 +106,13 @@ TEST_F(Tool, APropertyListNarrowsTheAnswerToItsNames) {
                 arguments.insert(arguments.end(), {"--propertylist", list});
             const Ended ended = vch(arguments);
             ASSERT_EQ(ended.code, 0) << ended.err;
-            for (const Json &instance : Json::parse(ended.out))
+            const Json answer = Json::parse(ended.out);
+            ASSERT_FALSE(answer.empty());
+            for (const Json &instance : answer) {
                 EXPECT_EQ(memberNames(instance["properties"]), one.properties);
+                EXPECT_NE(instance["path"].get<std::string>().find(".InstanceID=\"MARLOVEN"),
+                          std::string::npos);
+            }
         }
     }
 }

@@ -1,0 +1,154 @@
+#include "Utilities/PH_OEM_SystemNames.h"
+#include "Utilities/PH_OEM_Utilities.h"
+#include "support/fixture.h"
+
+#include <cstring>
+
+namespace {
+
+struct PH_OEM_SystemNames : ServiceProcessorTest {
+    static void fruRows(const std::vector<std::pair<int, std::string>> &entitiesAndSerials) {
+        sp::sql("DELETE FROM fru");
+        int device = 0;
+        for (const auto &[entity, serial] : entitiesAndSerials) {
+            sp::sql("INSERT INTO fru(DeviceId, EntityId, ProductSerialNumber) VALUES(" +
+                    std::to_string(device++) + "," + std::to_string(entity) + ",'" + serial + "')");
+        }
+    }
+    static std::string baseServerName() {
+        char name[256] = "";
+        EXPECT_EQ(PH_OEM_GetBaseServerName(name, sizeof name), 0);
+        return name;
+    }
+    static void setVariable(int id, const std::string &value) {
+        sp::sql("DELETE FROM configuration_variable WHERE id = " + std::to_string(id) +
+                "; INSERT INTO configuration_variable(id, name, width, value) VALUES(" + std::to_string(id) +
+                ", 'test', " + (value.find('\'') == 0 ? "2000" : "1") + ", " + value + ")");
+    }
+};
+
+TEST_F(PH_OEM_SystemNames, TheBaseServerIsCalledByTheSerialOfItsFirstChassisRow) {
+    fruRows({{7, "BOARD"}, {24, "FIRST"}, {23, "SECOND"}});
+    EXPECT_EQ(baseServerName(), "FIRST");
+    fruRows({{7, "BOARD"}, {23, "SECOND"}, {24, "FIRST"}});
+    EXPECT_EQ(baseServerName(), "SECOND");
+    fruRows({{23, std::string(300, 's')}});
+    EXPECT_EQ(baseServerName(), std::string(255, 's'));
+}
+
+TEST_F(PH_OEM_SystemNames, WithoutASerialNumberTheServerIsUnknown) {
+    const std::string unknown = "- unknown -";
+    fruRows({{7, "BOARD"}});
+    EXPECT_EQ(baseServerName(), unknown);
+    fruRows({});
+    EXPECT_EQ(baseServerName(), unknown);
+    fruRows({{23, ""}});
+    EXPECT_EQ(baseServerName(), unknown);
+    fruRows({{23, "SERIAL"}});
+    for (const char *failing : {"db_init", "db_get_all_fru_info"}) {
+        sp::clear_faults();
+        sp::fail(failing);
+        EXPECT_EQ(baseServerName(), unknown) << failing;
+    }
+    sp::clear_faults();
+    wraps::fail(wraps::Allocation, 1);
+    EXPECT_EQ(baseServerName(), unknown);
+    EXPECT_NE(trace().find("Failed to get valid serial number"), std::string::npos);
+}
+
+TEST_F(PH_OEM_SystemNames, ABufferThatIsTooSmallIsRefusedBeforeAnythingIsOpened) {
+    char name[256] = "kept";
+    EXPECT_EQ(PH_OEM_GetChassisSerialNumber(name, 255), -1);
+    EXPECT_EQ(sp::calls("db_init"), 0);
+    EXPECT_EQ(PH_OEM_GetServiceProcessorName(name, 255), -1);
+    EXPECT_EQ(wraps::calls(wraps::Open), 0);
+    EXPECT_STREQ(name, "kept");
+    EXPECT_EQ(PH_OEM_GetServiceProcessorName(name, 256), 0);
+    EXPECT_EQ(sp::sql("SELECT SystemName FROM service_processor")[0][0], name);
+    char tiny[6] = "";
+    EXPECT_EQ(PH_OEM_GetBaseServerName(tiny, sizeof tiny), 0);
+    EXPECT_STREQ(tiny, "- unk");
+}
+
+TEST_F(PH_OEM_SystemNames, TheServiceProcessorsNameFailsWithTheHelperLibrary) {
+    char name[256] = "";
+    wraps::fail(wraps::Open, 1);
+    EXPECT_EQ(PH_OEM_GetServiceProcessorName(name, sizeof name), -1);
+    wraps::fail(wraps::Symbol, 1);
+    EXPECT_EQ(PH_OEM_GetServiceProcessorName(name, sizeof name), -1);
+    sp::fail("PH_GetSPSystemName", {.at = 0, .result = -1});
+    EXPECT_EQ(PH_OEM_GetServiceProcessorName(name, sizeof name), -1);
+    sp::clear_faults();
+    sp::fail("PH_GetSPSystemName", {.at = 0, .result = -2});
+    EXPECT_EQ(PH_OEM_GetServiceProcessorName(name, sizeof name), 0) << "only -1 is a failure";
+}
+
+// --- Host name
+
+struct HostName : PH_OEM_SystemNames {
+    HostName() {
+        EXPECT_EQ(PH_OEM_CreateIPMISession(&session), 0);
+        setVariable(0x1430, "'network'");
+        setVariable(0x1431, "0");
+        setVariable(0x1432, "'-x'");
+        setVariable(0x1433, "1");
+        setVariable(0x1434, "1");
+        setVariable(0x0201, "'host'");
+        sp::sql("UPDATE lan_channel SET MACAddress = X'0A0A0A0A0B0C' WHERE Channel = 2");
+    }
+    ~HostName() override { PH_OEM_CloseIPMISession(&session); }
+
+    std::string hostName(int size = 256) {
+        DNSGeneralSettingRecord settings{};
+        PH_OEM_GetDNSGeneralSettingData(&session, &settings);
+        std::string name(static_cast<std::size_t>(size) + 1, '#');
+        result = PH_OEM_GetHostname(&session, &settings, name.data(), size);
+        EXPECT_EQ(name.back(), '#') << "written past the buffer";
+        return name.substr(0, strnlen(name.c_str(), static_cast<std::size_t>(size)));
+    }
+
+    IpmiSession session{};
+    int result = 0;
+};
+
+TEST_F(HostName, IsTheBaseNameWithSerialAndExtension) {
+    EXPECT_EQ(hostName(), "host0A0B0C-x");
+    setVariable(0x1433, "0");
+    EXPECT_EQ(hostName(), "host-x");
+    setVariable(0x1434, "0");
+    EXPECT_EQ(hostName(), "host");
+    setVariable(0x1431, "7");
+    EXPECT_EQ(hostName(), "network") << "any value but 0 uses the network name";
+}
+
+TEST_F(HostName, StaysInItsBuffer) {
+    EXPECT_EQ(hostName(8), "host0A0");
+    EXPECT_EQ(hostName(4), "hos");
+    EXPECT_EQ(hostName(1), "");
+    setVariable(0x1431, "1");
+    setVariable(0x1430, "'" + std::string(300, 'n') + "'");
+    EXPECT_EQ(hostName(), std::string(255, 'n'));
+    EXPECT_EQ(hostName(300), std::string(255, 'n') + "0A0B0C-x");
+}
+
+TEST_F(HostName, FailsWhenTheHostsOwnNameCannotBeRead) {
+    sp::sql("DELETE FROM configuration_variable WHERE id = 0x0201");
+    EXPECT_EQ(hostName(), "");
+    EXPECT_EQ(result, -1);
+}
+
+TEST_F(HostName, AVariableThatCannotBeReadIsTracedAndLeftEmpty) {
+    sp::fail("ZBR_CIM_GetConfigSpaceVariables", {.at = 5}); // ConfBMCNetworkName, the last of the five
+    DNSGeneralSettingRecord settings{};
+    PH_OEM_GetDNSGeneralSettingData(&session, &settings);
+    EXPECT_STREQ(settings.ConfBMCNetworkName, "");
+    EXPECT_STREQ(settings.ConfBMCNameExtension, "-x");
+    EXPECT_NE(trace().find("failed to get the ConfBMCNetworkName value for the target instance (ret=0x"),
+              std::string::npos);
+    sp::fail("CIM_Get_MACAddress");
+    PH_OEM_GetDNSGeneralSettingData(&session, &settings);
+    EXPECT_STREQ(settings.DNSSuffixesToAppend[0], "000000");
+    EXPECT_NE(trace().find("failed in CIM_Get_MACAddress (ret=0x"), std::string::npos);
+}
+
+} // namespace
