@@ -18,25 +18,36 @@ namespace {
 using R = ServerConfigSettingsRecord;
 
 constexpr Key<R> keys[] = {
-    {"InstanceID", FIELD(R, InstanceID)},
+    {"InstanceID", FIELD(R, InstanceID), "Identifies the settings. Constant."},
 };
 
 constexpr Property<R> properties[] = {
-    {"BIOSRecoveryFlash", CMPI_boolean, FIELD(R, BIOSRecoveryFlash)},
-    {"Caption", CMPI_chars, FIELD(R, Caption)},
-    {"Description", CMPI_chars, FIELD(R, Description)},
-    {"ElementName", CMPI_chars, FIELD(R, ElementName)},
+    {"BIOSRecoveryFlash", CMPI_boolean, FIELD(R, BIOSRecoveryFlash),
+     "Whether the BIOS starts its recovery flash. Service processor: BIOS recovery flash status."},
+    {"Caption", CMPI_chars, FIELD(R, Caption), "Constant."},
+    {"Description", CMPI_chars, FIELD(R, Description), "Constant."},
+    {"ElementName", CMPI_chars, FIELD(R, ElementName), "Constant."},
     {.name = "PowerOnCounter",
      .type = CMPI_dateTime,
      .field = FIELD(R, PowerOnCounter),
+     .description =
+         "Time that the server has been on, an interval. IPMI Get POH Counter: minutes per count (byte 1) "
+         "times the counter (bytes 2 to 5).",
      .flags = PH_OEM_PROP_INTERVAL},
-    {"ConfDisableFanTest", CMPI_boolean, FIELD(R, ConfDisableFanTest)},
-    {"ConfErrorOffRestartTime", CMPI_uint16, FIELD(R, ConfErrorOffRestartTime)},
-    {"ConfFanDailyTestTime", CMPI_uint16, FIELD(R, ConfFanDailyTestTime)},
-    {"ConfPowerCycleDelay", CMPI_uint8, FIELD(R, ConfPowerCycleDelay)},
-    {"ConfRebootRetryCounter", CMPI_uint8, FIELD(R, ConfRebootRetryCounter)},
-    {"ConfRetryCounterMax", CMPI_uint8, FIELD(R, ConfRetryCounterMax)},
-    {"ConfTempCriticalPowerOff", CMPI_boolean, FIELD(R, ConfTempCriticalPowerOff)},
+    {"ConfDisableFanTest", CMPI_boolean, FIELD(R, ConfDisableFanTest),
+     "Whether the daily fan test is left out. Configuration variable 0x0084."},
+    {"ConfErrorOffRestartTime", CMPI_uint16, FIELD(R, ConfErrorOffRestartTime),
+     "Delay before a restart after a power-off by an error. Configuration variable 0x0032."},
+    {"ConfFanDailyTestTime", CMPI_uint16, FIELD(R, ConfFanDailyTestTime),
+     "When the daily fan test runs. Configuration variable 0x0080."},
+    {"ConfPowerCycleDelay", CMPI_uint8, FIELD(R, ConfPowerCycleDelay),
+     "Delay between off and on in a power cycle. Configuration variable 0x00A2."},
+    {"ConfRebootRetryCounter", CMPI_uint8, FIELD(R, ConfRebootRetryCounter),
+     "Restarts that are left. Configuration variable 0x0030."},
+    {"ConfRetryCounterMax", CMPI_uint8, FIELD(R, ConfRetryCounterMax),
+     "Restarts that are tried at most. Configuration variable 0x0033."},
+    {"ConfTempCriticalPowerOff", CMPI_boolean, FIELD(R, ConfTempCriticalPowerOff),
+     "Whether a critical temperature switches the server off. Configuration variable 0x0077."},
 };
 
 int WriteRecoveryFlash(IpmiSession *session, const CMPIValue &value) {
@@ -154,7 +165,8 @@ CMPIUint32 ResetPowerOnCounter(const MethodCall &call, CMPIStatus &status) {
 }
 
 constexpr Method methods[] = {
-    {"ResetPowerOnCounter", ResetPowerOnCounter},
+    {"ResetPowerOnCounter", ResetPowerOnCounter,
+     "Sets PowerOnCounter to zero. Returns 0 on success, 1 for an unknown method and 2 on failure."},
 };
 
 } // namespace
@@ -174,7 +186,8 @@ int PH_OEM_Enum_ServerConfigSettings_Instance(R **records, int *count, int names
     return 0;
 }
 
-EXPORT_CLASS(ServerConfigSettings, .superclass = "CIM_SettingData", .untested = true, .methods = methods,
-             .noSuchMethod = 1);
+EXPORT_CLASS(ServerConfigSettings,
+             "Fan test, restart and retry behaviour of the server, and its power-on counter.",
+             .superclass = "CIM_SettingData", .untested = true, .methods = methods, .noSuchMethod = 1);
 EXPORT_MODIFY(ServerConfigSettings, modify);
 EXPORT_METHODS(ServerConfigSettings);

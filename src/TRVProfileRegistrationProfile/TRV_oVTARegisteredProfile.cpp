@@ -18,16 +18,23 @@ using R = RegisteredProfileRecord;
 using Row = RegisteredProfileRow;
 
 constexpr Key<R> keys[] = {
-    {"InstanceID", FIELD(R, InstanceID)},
+    {"InstanceID", FIELD(R, InstanceID), "Identifies the profile. OEM DB, registered profiles: InstanceID."},
 };
 
 constexpr Property<R> properties[] = {
-    {"RegisteredOrganization", CMPI_uint16, FIELD(R, RegisteredOrganization)},
-    {"RegisteredName", CMPI_chars, FIELD(R, RegisteredName)},
-    {"OtherRegisteredOrganization", CMPI_chars, FIELD(R, OtherRegisteredOrganization)},
-    {"RegisteredVersion", CMPI_chars, FIELD(R, RegisteredVersion)},
-    {"AdvertiseTypes", CMPI_uint16A, FIELD(R, AdvertiseTypes)},
-    {"ImplementedFeatures", CMPI_stringA, FIELD(R, ImplementedFeatures)},
+    {"RegisteredOrganization", CMPI_uint16, FIELD(R, RegisteredOrganization),
+     "Who defines the profile. OEM DB, registered profiles: RegisteredOrganization, low 16 bits."},
+    {"RegisteredName", CMPI_chars, FIELD(R, RegisteredName),
+     "Name of the profile. OEM DB, registered profiles: RegisteredName."},
+    {"OtherRegisteredOrganization", CMPI_chars, FIELD(R, OtherRegisteredOrganization),
+     "Who defines the profile, where RegisteredOrganization is 1 (Other). OEM DB, registered profiles: "
+     "OtherRegisteredOrganization."},
+    {"RegisteredVersion", CMPI_chars, FIELD(R, RegisteredVersion),
+     "Version of the profile. OEM DB, registered profiles: RegisteredVersion."},
+    {"AdvertiseTypes", CMPI_uint16A, FIELD(R, AdvertiseTypes),
+     "How the profile is advertised. OEM DB, registered profiles: the numbers of AdvertiseTypes."},
+    {"ImplementedFeatures", CMPI_stringA, FIELD(R, ImplementedFeatures),
+     "Features of the profile that are there. Constant for the computer system view, null for all others."},
 };
 
 constexpr char view_profile[] = "Physical Computer System View";
@@ -90,4 +97,5 @@ int PH_OEM_Enum_RegisteredProfile_Instance(R **records, int *count, int namesOnl
     return 0;
 }
 
-EXPORT_CLASS(RegisteredProfile, .superclass = "CIM_RegisteredProfile");
+EXPORT_CLASS(RegisteredProfile, "A management profile that this service processor implements.",
+             .superclass = "CIM_RegisteredProfile");

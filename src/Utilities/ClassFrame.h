@@ -36,6 +36,7 @@ enum class When : std::uint8_t {
 template <typename R> struct Key {
     const char *name;
     Field<R> field;
+    const char *description; // what it says and where it comes from, for the schema
 };
 
 // A property other than the keys. The field's form follows from the type:
@@ -49,16 +50,26 @@ template <typename R> struct Property {
     const char *name;
     CMPIType type;
     Field<R> field;
+    const char *description;
     When when = When::Always;
-    std::uint16_t stride = 0; // CMPI_stringA: from one inline text to the next; 0 for a list of pointers
-    Field<R> onlyIf = {};     // a one-byte field that must be 1 for the property to be set
-    int flags = 0;            // PH_OEM_PROP_INTERVAL
+    std::uint16_t stride = 0;     // CMPI_stringA: from one inline text to the next; 0 for a list of pointers
+    Field<R> onlyIf = {};         // a one-byte field that must be 1 for the property to be set
+    int flags = 0;                // PH_OEM_PROP_INTERVAL
+    const char *values = nullptr; // what the values mean, where the DMTF class doesn't say: "0 Off, 1 On"
 };
+
+// What only the schema needs stays out of the library: its generator compiles the classes with it.
+#ifdef VCH_SCHEMA
+#define FOR_SCHEMA(...) __VA_ARGS__
+#else
+#define FOR_SCHEMA(...)
+#endif
 
 // The tables as the shared functions read them, without the record's type.
 struct KeyColumn {
     const char *name;
     FieldPlace field;
+    FOR_SCHEMA(const char *description;)
 };
 struct PropertyColumn {
     const char *name;
@@ -68,10 +79,11 @@ struct PropertyColumn {
     std::uint16_t stride;
     When when;
     std::uint8_t flags;
+    FOR_SCHEMA(const char *description; const char *values;)
 };
 
 template <typename R> consteval KeyColumn Untag(const Key<R> &key) {
-    return {key.name, key.field.place};
+    return {key.name, key.field.place FOR_SCHEMA(, key.description)};
 }
 template <typename R> consteval PropertyColumn Untag(const Property<R> &property) {
     return {property.name,
@@ -80,7 +92,7 @@ template <typename R> consteval PropertyColumn Untag(const Property<R> &property
             property.type,
             property.stride,
             property.when,
-            static_cast<std::uint8_t>(property.flags)};
+            static_cast<std::uint8_t>(property.flags) FOR_SCHEMA(, property.description, property.values)};
 }
 template <typename Row, std::size_t N> consteval auto UntagAll(const Row (&table)[N]) {
     std::array<decltype(Untag(table[0])), N> columns{};
@@ -95,6 +107,7 @@ template <const auto &table> inline constexpr auto Untagged = UntagAll(table);
 struct MethodParameter {
     const char *name;
     CMPIType type;
+    const char *description;
     bool isOut = false;
     const char *referenceClass = nullptr; // of a CMPI_ref
 };
@@ -112,6 +125,7 @@ struct MethodCall {
 struct Method {
     const char *name; // compared without regard to case
     CMPIUint32 (*invoke)(const MethodCall &call, CMPIStatus &status);
+    const char *description; // with the meaning of the return values
     std::span<const MethodParameter> parameters = {};
 };
 
@@ -130,6 +144,7 @@ struct RecordTable {
 struct ClassTable {
     const char *name;      // without the prefix
     const char *className; // with it
+    FOR_SCHEMA(const char *description;)
     std::size_t recordSize;
     RecordTable record; // its keys are the key list
 
@@ -255,12 +270,13 @@ std::span<const ClassTable *const> AllClasses();
                                       const CMPIObjectPath *cop, const char *method, const CMPIArgs *in,     \
                                       const CMPIResult *rslt, CMPIArgs *out)
 
-// Exports the operations of a class. It needs the tables `keys` and `properties`; further columns of the ClassTable
-// follow as designated initialisers.
-#define EXPORT_CLASS(C, ...)                                                                                 \
+// Exports the operations of a class. It needs the tables `keys` and `properties`, and a text for the schema that says
+// what an instance is; further columns of the ClassTable follow as designated initialisers.
+#define EXPORT_CLASS(C, text, ...)                                                                                 \
     static constexpr ClassTable C##Class = {                                                                 \
         .name = #C,                                                                                          \
         .className = "TRV_oVTA" #C,                                                                          \
+        FOR_SCHEMA(.description = text,)                                                                     \
         .recordSize = sizeof(C##Record),                                                                     \
         .record = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>},                                \
         .enumerate = EnumerateUntyped<C##Record, PH_OEM_Enum_##C##_Instance>,                                \

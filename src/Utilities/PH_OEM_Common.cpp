@@ -44,16 +44,21 @@ namespace capabilities {
 using R = CapabilitiesRecord;
 
 constexpr Key<R> keys[] = {
-    {"InstanceID", FIELD(R, InstanceID)},
+    {"InstanceID", FIELD(R, InstanceID), "Identifies the capabilities. Core DB, capabilities: InstanceID."},
 };
 constexpr Property<R> properties[] = {
-    {"ElementName", CMPI_chars, FIELD(R, ElementName), When::NotEmpty},
-    {"ElementNameEditSupported", CMPI_boolean, FIELD(R, ElementNameEditSupported)},
+    {"ElementName", CMPI_chars, FIELD(R, ElementName), "Name for people. Core DB, capabilities: ElementName.",
+     When::NotEmpty},
+    {"ElementNameEditSupported", CMPI_boolean, FIELD(R, ElementNameEditSupported),
+     "Whether clients may change ElementName. Core DB, capabilities: ElementNameEditSupported."},
     {.name = "MaxElementNameLen",
      .type = CMPI_uint16,
      .field = FIELD(R, MaxElementNameLen),
+     .description = "Longest ElementName in characters, where it can be changed. Core DB, capabilities: "
+                    "MaxElementNameLen.",
      .onlyIf = FIELD(R, ElementNameEditSupported)},
-    {"RequestedStatesSupported", CMPI_uint16A, FIELD(R, RequestedStatesSupported)},
+    {"RequestedStatesSupported", CMPI_uint16A, FIELD(R, RequestedStatesSupported),
+     "States that clients may request. Core DB, capabilities: RequestedStatesSupported."},
 };
 constexpr RecordTable table = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>};
 
@@ -113,20 +118,28 @@ namespace protocol_service {
 using R = ProtocolServiceRecord;
 
 constexpr Key<R> keys[] = {
-    {"SystemCreationClassName", FIELD(R, SystemCreationClassName)},
-    {"CreationClassName", FIELD(R, CreationClassName)},
-    {"SystemName", FIELD(R, SystemName)},
-    {"Name", FIELD(R, Name)},
+    {"SystemCreationClassName", FIELD(R, SystemCreationClassName), "Class of the system. Constant."},
+    {"CreationClassName", FIELD(R, CreationClassName), "Class of the service. Constant."},
+    {"SystemName", FIELD(R, SystemName), "Name of the service processor. Helper library: system name."},
+    {"Name", FIELD(R, Name), "Name of the service. Core DB, protocol services: Name."},
 };
 constexpr Property<R> properties[] = {
-    {"ElementName", CMPI_chars, FIELD(R, ElementName), When::NotEmpty},
-    {"OtherProtocol", CMPI_chars, FIELD(R, OtherProtocol), When::NotEmpty},
-    {"Protocol", CMPI_uint16, FIELD(R, Protocol)},
-    {"MaxConnections", CMPI_uint16, FIELD(R, MaxConnections)},
-    {"RequestedState", CMPI_uint16, FIELD(R, RequestedState)},
-    {"EnabledState", CMPI_uint16, FIELD(R, EnabledState)},
-    {"HealthState", CMPI_uint16, FIELD(R, HealthState)},
-    {"OperationalStatus", CMPI_uint16A, FIELD(R, OperationalStatus)},
+    {"ElementName", CMPI_chars, FIELD(R, ElementName), "Name for people. Helper library: protocol service.",
+     When::NotEmpty},
+    {"OtherProtocol", CMPI_chars, FIELD(R, OtherProtocol),
+     "Protocol, where Protocol is 1 (Other). Helper library: protocol service.", When::NotEmpty},
+    {"Protocol", CMPI_uint16, FIELD(R, Protocol),
+     "Protocol that the service offers. Helper library: protocol service."},
+    {"MaxConnections", CMPI_uint16, FIELD(R, MaxConnections),
+     "Connections at the same time, at most. Helper library: protocol service."},
+    {"RequestedState", CMPI_uint16, FIELD(R, RequestedState),
+     "State that was last requested. Helper library: protocol service."},
+    {"EnabledState", CMPI_uint16, FIELD(R, EnabledState),
+     "Whether the service is enabled. Helper library: protocol service."},
+    {"HealthState", CMPI_uint16, FIELD(R, HealthState),
+     "Health of the service. Helper library: protocol service."},
+    {"OperationalStatus", CMPI_uint16A, FIELD(R, OperationalStatus),
+     "Status of the service. Helper library: protocol service."},
 };
 constexpr RecordTable table = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>};
 
@@ -144,17 +157,22 @@ namespace tcp_endpoint {
 using R = TCPProtocolEndpointRow;
 
 constexpr Key<R> keys[] = {
-    {"Name", FIELD(R, Name)},
-    {"SystemCreationClassName", FIELD(R, SystemCreationClassName)},
-    {"CreationClassName", FIELD(R, CreationClassName)},
-    {"SystemName", FIELD(R, SystemName)},
+    {"Name", FIELD(R, Name), "Name of the endpoint. Helper library: TCP protocol endpoint."},
+    {"SystemCreationClassName", FIELD(R, SystemCreationClassName),
+     "Class of the system. Helper library: TCP protocol endpoint."},
+    {"CreationClassName", FIELD(R, CreationClassName), "Class of the endpoint. Constant."},
+    {"SystemName", FIELD(R, SystemName), "Name of the system. Helper library: TCP protocol endpoint."},
 };
 constexpr Property<R> properties[] = {
-    {"ElementName", CMPI_chars, FIELD(R, ElementName), When::NotEmpty},
-    {"NameFormat", CMPI_chars, FIELD(R, NameFormat), When::NotEmpty},
-    {"ProtocolIFType", CMPI_uint16, FIELD(R, ProtocolIFType)},
-    {"EnabledState", CMPI_uint16, FIELD(R, EnabledState)},
-    {"PortNumber", CMPI_uint32, FIELD(R, PortNumber)},
+    {"ElementName", CMPI_chars, FIELD(R, ElementName),
+     "Name for people. Helper library: TCP protocol endpoint.", When::NotEmpty},
+    {"NameFormat", CMPI_chars, FIELD(R, NameFormat),
+     "How Name is made. Helper library: TCP protocol endpoint.", When::NotEmpty},
+    {"ProtocolIFType", CMPI_uint16, FIELD(R, ProtocolIFType),
+     "Kind of interface. Helper library: TCP protocol endpoint."},
+    {"EnabledState", CMPI_uint16, FIELD(R, EnabledState),
+     "Whether the endpoint is enabled. Helper library: TCP protocol endpoint."},
+    {"PortNumber", CMPI_uint32, FIELD(R, PortNumber), "TCP port. Helper library: TCP protocol endpoint."},
 };
 constexpr RecordTable table = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>};
 
@@ -234,28 +252,33 @@ namespace numeric_sensor {
 using R = NumericSensorRecord;
 
 constexpr Key<R> keys[] = {
-    {"SystemCreationClassName", FIELD(R, SystemCreationClassName)},
-    {"SystemName", FIELD(R, SystemName)},
-    {"CreationClassName", FIELD(R, CreationClassName)},
-    {"DeviceID", FIELD(R, DeviceID)},
+    {"SystemCreationClassName", FIELD(R, SystemCreationClassName), "Class of the system. Constant."},
+    {"SystemName", FIELD(R, SystemName), "Name of the base server: the chassis serial number."},
+    {"CreationClassName", FIELD(R, CreationClassName), "Class of the sensor. Constant."},
+    {"DeviceID", FIELD(R, DeviceID), "Name of the sensor. OEM DB, SDRs: sensor name."},
 };
 constexpr Property<R> properties[] = {
-    {"BaseUnits", CMPI_uint16, FIELD(R, BaseUnits)},
-    {"Caption", CMPI_chars, FIELD(R, Caption)},
-    {"CurrentReading", CMPI_sint32, FIELD(R, CurrentReading)},
-    {"CurrentState", CMPI_chars, FIELD(R, CurrentState)},
-    {"ElementName", CMPI_chars, FIELD(R, ElementName)},
-    {"EnabledState", CMPI_uint16, FIELD(R, EnabledState)},
-    {"RateUnits", CMPI_uint16, FIELD(R, RateUnits)},
-    {"RequestedState", CMPI_uint16, FIELD(R, RequestedState)},
-    {"UnitModifier", CMPI_sint32, FIELD(R, UnitModifier)},
-    {"HealthState", CMPI_uint16, FIELD(R, HealthState)},
-    {"SensorType", CMPI_uint16, FIELD(R, SensorType)},
-    {"EnabledThresholds", CMPI_uint16A, FIELD(R, EnabledThresholds)},
-    {"OperationalStatus", CMPI_uint16A, FIELD(R, OperationalStatus)},
-    {"SettableThresholds", CMPI_uint16A, FIELD(R, SettableThresholds)},
-    {"SupportedThresholds", CMPI_uint16A, FIELD(R, SupportedThresholds)},
-    {"PossibleStates", CMPI_stringA, FIELD(R, PossibleStates)},
+    {"BaseUnits", CMPI_uint16, FIELD(R, BaseUnits), "Unit of CurrentReading and of the thresholds."},
+    {"Caption", CMPI_chars, FIELD(R, Caption), "Name for people."},
+    {"CurrentReading", CMPI_sint32, FIELD(R, CurrentReading),
+     "The reading in BaseUnits times ten to the power of UnitModifier. Sensor reading by the linear formula "
+     "of its SDR."},
+    {"CurrentState", CMPI_chars, FIELD(R, CurrentState),
+     "State of the sensor, one of PossibleStates. Sensor reading."},
+    {"ElementName", CMPI_chars, FIELD(R, ElementName), "Name for people."},
+    {"EnabledState", CMPI_uint16, FIELD(R, EnabledState), "Whether the sensor is enabled."},
+    {"RateUnits", CMPI_uint16, FIELD(R, RateUnits), "Unit of time, where the reading is a rate."},
+    {"RequestedState", CMPI_uint16, FIELD(R, RequestedState), "State that was last requested."},
+    {"UnitModifier", CMPI_sint32, FIELD(R, UnitModifier), "Power of ten that BaseUnits is multiplied by."},
+    {"HealthState", CMPI_uint16, FIELD(R, HealthState), "Health of what the sensor watches. Sensor reading."},
+    {"SensorType", CMPI_uint16, FIELD(R, SensorType), "What the sensor measures."},
+    {"EnabledThresholds", CMPI_uint16A, FIELD(R, EnabledThresholds), "Thresholds that are enabled."},
+    {"OperationalStatus", CMPI_uint16A, FIELD(R, OperationalStatus),
+     "Status of what the sensor watches. Sensor reading."},
+    {"SettableThresholds", CMPI_uint16A, FIELD(R, SettableThresholds), "Thresholds that clients may set."},
+    {"SupportedThresholds", CMPI_uint16A, FIELD(R, SupportedThresholds),
+     "Thresholds that the sensor has. OEM DB, SDRs."},
+    {"PossibleStates", CMPI_stringA, FIELD(R, PossibleStates), "States that the sensor can be in."},
 };
 constexpr RecordTable table = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>};
 
