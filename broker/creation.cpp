@@ -171,8 +171,8 @@ CMPIString *getMessage(const CMPIBroker *, const char *, const char *, CMPIStatu
     return nullptr;
 }
 
-CMPIString *getMessage2(const CMPIBroker *, const char *, const CMPIMsgFileHandle, const char *,
-                        CMPIStatus *status, CMPICount, ...) {
+CMPIString *getMessage2(const CMPIBroker *, const char *, CMPIMsgFileHandle, const char *, CMPIStatus *status,
+                        CMPICount, ...) {
     setStatus(status, CMPI_RC_ERR_NOT_SUPPORTED);
     return nullptr;
 }
@@ -195,7 +195,7 @@ CMPIStatus openMessageFile(const CMPIBroker *, const char *, CMPIMsgFileHandle *
     return statusOf(CMPI_RC_ERR_NOT_SUPPORTED);
 }
 
-CMPIStatus closeMessageFile(const CMPIBroker *, const CMPIMsgFileHandle) {
+CMPIStatus closeMessageFile(const CMPIBroker *, CMPIMsgFileHandle) {
     return statusOf(CMPI_RC_ERR_NOT_SUPPORTED);
 }
 

@@ -79,8 +79,8 @@ bool isLeap(CMPISint64 year) {
 }
 
 CMPISint64 daysInMonth(CMPISint64 year, CMPISint64 month) {
-    constexpr CMPISint64 days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    return month == 2 && isLeap(year) ? 29 : days[month - 1];
+    constexpr CMPISint64 days[] = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    return month == 2 && isLeap(year) ? 29 : days[month];
 }
 
 // A field of the text: where it stands, and the values it may have.

@@ -26,7 +26,8 @@ void *newBlock(size_t size) {
     }
     size_t space = size + sizeof(BlockHeader) + alignment;
     std::align(alignment, size + sizeof(BlockHeader), room, space);
-    return new (room) BlockHeader{size} + 1;
+    auto *header = new (room) BlockHeader{size};
+    return header + 1;
 }
 
 // Memory of a request goes with the request: there is nothing to take back to.

@@ -88,7 +88,7 @@ CMPIStatus statusOfCall(const ResultObject &result, const CMPIStatus &returned) 
 // Runs a call of one class's instance provider. slot is the function in its table, arguments what follows
 // the result.
 template <typename Slot, typename... Arguments>
-CMPIStatus askInstances(const Call &call, const Class &cls, ResultObject &result, Slot slot,
+CMPIStatus askInstances(const Call &call, const Class &cls, ResultObject &result, const Slot &slot,
                         Arguments... arguments) {
     CMPIStatus status = statusOf(CMPI_RC_OK);
     CMPIInstanceMI *mi = instanceProvider(*call.request.broker, cls, call.context, status);
@@ -103,7 +103,7 @@ CMPIStatus askInstances(const Call &call, const Class &cls, ResultObject &result
 
 // The same for a request about one instance, served by the nearest class with a provider.
 template <typename Slot, typename... Arguments>
-Outcome askOne(const Call &call, Expected expected, Slot slot, Arguments... arguments) {
+Outcome askOne(const Call &call, Expected expected, const Slot &slot, Arguments... arguments) {
     Outcome outcome;
     const Class *cls = targetOf(call, outcome.status);
     if (cls == nullptr) {
@@ -130,7 +130,7 @@ Outcome askOne(const Call &call, Expected expected, Slot slot, Arguments... argu
 
 // The same for one association provider, whose answer is added to the result.
 template <typename Slot, typename... Arguments>
-CMPIStatus askAssociations(const Call &call, const Class &cls, ResultObject &result, Slot slot,
+CMPIStatus askAssociations(const Call &call, const Class &cls, ResultObject &result, const Slot &slot,
                            Arguments... arguments) {
     CMPIStatus status = statusOf(CMPI_RC_OK);
     CMPIAssociationMI *mi = associationProvider(*call.request.broker, cls, call.context, status);

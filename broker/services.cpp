@@ -27,7 +27,7 @@ CMPI_THREAD_TYPE newThread(CMPIThreadFunc start, void *parameter, int detached) 
     if (detached) {
         pthread_detach(thread);
     }
-    return reinterpret_cast<CMPI_THREAD_TYPE>(thread);
+    return reinterpret_cast<CMPI_THREAD_TYPE>(thread); // NOLINT(performance-no-int-to-ptr): CMPI's type
 }
 
 int joinThread(CMPI_THREAD_TYPE thread, CMPI_THREAD_RETURN *result) {

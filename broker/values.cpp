@@ -51,8 +51,9 @@ constexpr bool isKept(CMPIType type) {
 // Copies the object that value points to.
 CMPIrc copyObject(Memory &memory, const CMPIValue *from, CMPIType type, CMPIValue &copy) {
     CMPIValue value = {};
-    std::memcpy(&value, from, sizeof(void *)); // a pointer variable may be aligned less than the union
-    if (value.string == nullptr) {             // any object pointer is: all share the union's room
+    constexpr size_t pointerSize = sizeof(void *);
+    std::memcpy(&value, from, pointerSize); // a pointer variable may be aligned less than the union
+    if (value.string == nullptr) {          // any object pointer is: all share the union's room
         return CMPI_RC_ERR_INVALID_PARAMETER;
     }
     const auto keep = [](auto *&target, auto *object) {

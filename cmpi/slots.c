@@ -11,7 +11,7 @@
 
 #define AFTER_ONE_INTEGER(table, member, slot)                                                               \
     static_assert(offsetof(table, member) == OFFSET_AFTER_ONE_INTEGER(slot), #table "." #member " has "      \
-                                                                                                "moved");
+                                                                                    "moved");
 #define AFTER_TWO_INTEGERS(table, member, slot)                                                              \
     static_assert(offsetof(table, member) == OFFSET_AFTER_TWO_INTEGERS(slot),                                \
                   #table "." #member " has moved");

@@ -253,6 +253,6 @@
 /* Offset in bytes of a slot in a table of either kind. */
 #define OFFSET_AFTER_ONE_INTEGER(slot) ((slot) * sizeof(void *))
 #define OFFSET_AFTER_TWO_INTEGERS(slot)                                                                      \
-    ((slot) < 2 ? (slot) * sizeof(int) : 2 * sizeof(int) + ((slot)-2) * sizeof(void *))
+    ((slot) < 2 ? (slot) * sizeof(int) : 2 * sizeof(int) + (slot) * sizeof(void *) - 2 * sizeof(void *))
 
 #endif

@@ -72,20 +72,27 @@ constexpr Variable variables[] = {
 };
 
 // What a client may change: the flag, then the variables.
-constexpr auto modifiable = [] {
+consteval auto ModifiableProperties() {
     std::array<ModifiableProperty, 1 + std::size(variables)> table{};
     table[0] = {.name = "BIOSRecoveryFlash", .readAs = CMPI_boolean, .id = 0, .write = WriteRecoveryFlash};
     for (std::size_t i = 0; i < std::size(variables); ++i) {
         const Variable &variable = variables[i];
+        // cppcheck-suppress containerOutOfBounds ; it takes the size for 1
         table[i + 1] = {.name = variable.name,
                         .readAs = variable.type,
                         .id = variable.id,
                         .width = static_cast<std::uint8_t>(variable.field.place.size)};
     }
     return table;
-}();
+}
+constexpr auto modifiable = ModifiableProperties();
 
 // A session that can't be opened is only traced here: the client sees success.
+consteval ModifyTexts ModifyTextsOfThisClass() {
+    ModifyTexts texts = check_path_texts;
+    texts.noSession = {};
+    return texts;
+}
 constexpr ModifyTable modify = {
     .properties = modifiable,
     .variant = ModifyVariant::CheckPath,
