@@ -27,8 +27,9 @@ unsigned requests = 0;
 // isn't us.
 bool findBesideModule(char *path, size_t size) {
     Dl_info module;
-    if (dladdr(reinterpret_cast<const void *>(&findBesideModule), &module) == 0)
+    if (dladdr(reinterpret_cast<const void *>(&findBesideModule), &module) == 0) {
         return false;
+    }
     const char *slash = strrchr(module.dli_fname, '/');
     const int folder = slash == nullptr ? 0 : static_cast<int>(slash + 1 - module.dli_fname);
     const int length = snprintf(path, size, "%.*s%s", folder, module.dli_fname, libraryName);
@@ -38,8 +39,9 @@ bool findBesideModule(char *path, size_t size) {
 // Takes the library that the process has already, else the one beside this module, else the one that the
 // dynamic loader finds by name.
 void *openLibrary() {
-    if (void *present = dlopen(libraryName, RTLD_NOW | RTLD_LOCAL | RTLD_NOLOAD))
+    if (void *present = dlopen(libraryName, RTLD_NOW | RTLD_LOCAL | RTLD_NOLOAD)) {
         return present;
+    }
     char path[4096];
     return dlopen(findBesideModule(path, sizeof path) ? path : libraryName, RTLD_NOW | RTLD_LOCAL);
 }
@@ -48,15 +50,18 @@ void *openLibrary() {
 void *classFunction(void *handle, const char *symbol, const char *shortName) {
     char name[256];
     const int length = snprintf(name, sizeof name, "%s%s", symbol, shortName);
-    if (length < 0 || static_cast<size_t>(length) >= sizeof name)
+    if (length < 0 || static_cast<size_t>(length) >= sizeof name) {
         return nullptr;
+    }
     return dlsym(handle, name);
 }
 
 bool hasClass(void *handle, const char *shortName) {
-    for (const char *symbol : operationsOfAClass)
-        if (classFunction(handle, symbol, shortName) != nullptr)
+    for (const char *symbol : operationsOfAClass) {
+        if (classFunction(handle, symbol, shortName) != nullptr) {
             return true;
+        }
+    }
     return false;
 }
 
@@ -80,8 +85,9 @@ void EndUse::operator()(void *) const {
 
 LibraryUse useLibrary(const CMPIBroker *broker, CMPIStatus *status) {
     const std::lock_guard<std::mutex> lock(mutex);
-    if (library == nullptr)
+    if (library == nullptr) {
         library = openLibrary();
+    }
     if (library == nullptr) {
         const char *reason = dlerror();
         char message[1024];
@@ -100,12 +106,14 @@ void *findOperation(const LibraryUse &use, const CMPIBroker *broker, const Opera
     const bool ours = strncasecmp(fullName, classPrefix, classPrefixLength) == 0;
     const char *shortName = fullName + (ours ? classPrefixLength : 0);
     void *function = nullptr;
-    if (operation.scope == Scope::Library)
+    if (operation.scope == Scope::Library) {
         function = dlsym(use.get(), operation.symbol);
-    else if (ours)
+    } else if (ours) {
         function = classFunction(use.get(), operation.symbol, shortName);
-    if (function != nullptr)
+    }
+    if (function != nullptr) {
         return function;
+    }
     char message[512];
     if (operation.scope == Scope::Library || (ours && hasClass(use.get(), shortName))) {
         snprintf(message, sizeof message, "%s isn't supported by class %.256s", operation.name, fullName);
@@ -126,8 +134,9 @@ void addMi() {
 
 bool removeMi() {
     const std::lock_guard<std::mutex> lock(mutex);
-    if (requests > 0)
+    if (requests > 0) {
         return false;
+    }
     if (--mis == 0 && library != nullptr) {
         dlclose(library);
         library = nullptr;

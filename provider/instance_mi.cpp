@@ -76,8 +76,9 @@ bool isOfAssociation(const CMPIObjectPath *path) {
     const CMPICount count = CMGetKeyCount(path, nullptr);
     for (CMPICount i = 0; i < count; ++i) {
         CMPIString *name = nullptr;
-        if (CMGetKeyAt(path, i, &name, nullptr).type == CMPI_ref)
+        if (CMGetKeyAt(path, i, &name, nullptr).type == CMPI_ref) {
             return true;
+        }
     }
     return false;
 }
@@ -85,10 +86,11 @@ bool isOfAssociation(const CMPIObjectPath *path) {
 CMPIStatus modifyInstance(CMPIInstanceMI *mi, const CMPIContext *ctx, const CMPIResult *rslt,
                           const CMPIObjectPath *path, const CMPIInstance *instance, const char **properties) {
     const CMPIBroker *broker = brokerOf(mi);
-    if (isOfAssociation(path))
+    if (isOfAssociation(path)) {
         return carryOut<ModifyAssociation>(broker, modifyAssociation, path, [&](ModifyAssociation *function) {
             return function(mi, ctx, rslt, path, instance, properties, broker);
         });
+    }
     return carryOut<Modify>(broker, modify, path, [&](Modify *function) {
         return function(broker, mi, ctx, path, instance, properties);
     });

@@ -21,8 +21,7 @@ constexpr char miName[] = "TRVProviders";
 /** Exports a factory. */
 #define TRV_FACTORY extern "C" __attribute__((visibility("default")))
 
-template <typename Mi>
-const CMPIBroker *brokerOf(const Mi *mi) {
+template <typename Mi> const CMPIBroker *brokerOf(const Mi *mi) {
     return static_cast<const CMPIBroker *>(mi->hdl);
 }
 
@@ -40,8 +39,9 @@ Mi *newMi(const CMPIBroker *broker, const Table *table, CMPIStatus *status) {
         mi->ft = table;
         addMi();
     }
-    if (status != nullptr)
+    if (status != nullptr) {
         *status = {mi == nullptr ? CMPI_RC_ERR_FAILED : CMPI_RC_OK, nullptr};
+    }
     return mi;
 }
 
@@ -50,10 +50,10 @@ Mi *newMi(const CMPIBroker *broker, const Table *table, CMPIStatus *status) {
  *
  * @return rc 50 (do not unload) while a request is running; the MI then stays as it is.
  */
-template <typename Mi>
-CMPIStatus cleanUp(Mi *mi, const CMPIContext *, CMPIBoolean) {
-    if (!removeMi())
+template <typename Mi> CMPIStatus cleanUp(Mi *mi, const CMPIContext *, CMPIBoolean) {
+    if (!removeMi()) {
         return {CMPI_RC_DO_NOT_UNLOAD, nullptr};
+    }
     free(mi);
     return {CMPI_RC_OK, nullptr};
 }

@@ -15,9 +15,11 @@ using Classes = std::vector<const broker::Class *>;
 
 Classes withoutSuperclass(const broker::Schema &schema) {
     Classes roots;
-    for (const auto &one : schema.classes)
-        if (one->superclass == nullptr)
+    for (const auto &one : schema.classes) {
+        if (one->superclass == nullptr) {
             roots.push_back(one.get());
+        }
+    }
     return roots;
 }
 
@@ -28,8 +30,9 @@ Classes below(const broker::Broker &broker, const std::string &name) {
 
 std::string tree(const broker::Class &cls, const std::string &indent) {
     std::string text = fmt::format("{}{}{}\n", indent, cls.name, cls.isAbstract ? " (abstract)" : "");
-    for (const broker::Class *subclass : cls.subclasses)
+    for (const broker::Class *subclass : cls.subclasses) {
         text += tree(*subclass, indent + "  ");
+    }
     return text;
 }
 
@@ -61,6 +64,7 @@ void printClassTree(const ClassOptions &options) {
     const Session session = openSession("", "");
     const Classes roots = options.target.empty() ? withoutSuperclass(broker::schemaOf(*session.broker))
                                                  : Classes{&resolveClass(*session.broker, options.target)};
-    for (const broker::Class *root : roots)
+    for (const broker::Class *root : roots) {
         print(tree(*root, ""));
+    }
 }

@@ -37,9 +37,11 @@ constexpr Code codes[] = {
 #undef CODE
 
 const char *nameOf(CMPIrc rc) {
-    for (const Code &code : codes)
-        if (code.rc == rc)
+    for (const Code &code : codes) {
+        if (code.rc == rc) {
             return code.name;
+        }
+    }
     return "unknown CMPI return code";
 }
 

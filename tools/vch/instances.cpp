@@ -26,16 +26,19 @@ Work begin(const InstanceOptions &options) {
 
 // Throws the error that a request was answered with, if any.
 broker::Answer succeeded(broker::Answer answer) {
-    if (answer.rc != CMPI_RC_OK)
+    if (answer.rc != CMPI_RC_OK) {
         throw cimFailure(answer.rc, answer.message);
+    }
     return answer;
 }
 
 // A property list as the broker takes it: pointers into `options`, and a null at the end.
 std::vector<const char *> wanted(const std::vector<std::string> &names) {
     std::vector<const char *> list;
-    for (const std::string &name : names)
+    list.reserve(names.size() + 1);
+    for (const std::string &name : names) {
         list.push_back(name.c_str());
+    }
     list.push_back(nullptr);
     return list;
 }
@@ -43,8 +46,9 @@ std::vector<const char *> wanted(const std::vector<std::string> &names) {
 // Runs a request that takes a property list, checked against the class.
 template <typename Request>
 broker::Answer withPropertyList(const InstanceOptions &options, const broker::Class &cls, Request request) {
-    if (!options.propertyList)
+    if (!options.propertyList) {
         return succeeded(request(nullptr));
+    }
     requireProperties(cls, *options.propertyList);
     const std::vector<const char *> list = wanted(*options.propertyList);
     return succeeded(request(list.data()));
@@ -56,8 +60,10 @@ void print(const std::string &text) {
 
 template <typename Declared> std::vector<std::string> namesOf(const std::vector<Declared> &features) {
     std::vector<std::string> names;
-    for (const Declared &feature : features)
+    names.reserve(features.size());
+    for (const Declared &feature : features) {
         names.push_back(feature.name);
+    }
     return names;
 }
 
@@ -65,8 +71,9 @@ template <typename Declared> std::vector<std::string> namesOf(const std::vector<
 template <typename Declared>
 const Declared &requireFeature(const Declared *found, const std::string &name,
                                const std::vector<Declared> &all, const std::string &what) {
-    if (found != nullptr)
+    if (found != nullptr) {
         return *found;
+    }
     const std::string nearest = closest(name, namesOf(all));
     throw Failure{UsageError, fmt::format("{} {}{}", what, name,
                                           nearest.empty() ? "" : fmt::format("; did you mean {}?", nearest))};
@@ -80,8 +87,9 @@ CMPIData nullOf(CMPIType type) {
 }
 
 void requireSet(const CMPIStatus &status, const std::string &name) {
-    if (status.rc != CMPI_RC_OK)
+    if (status.rc != CMPI_RC_OK) {
         throw cimFailure(status.rc, fmt::format("{}: {}", name, textOf(status.msg)));
+    }
 }
 
 } // namespace
@@ -89,8 +97,9 @@ void requireSet(const CMPIStatus &status, const std::string &name) {
 void enumerateInstances(const InstanceOptions &options) {
     Work work = begin(options);
     const CMPIObjectPath *path = resolvePath(work.session, options.target);
-    if (CMGetKeyCount(path, nullptr) > 0)
+    if (CMGetKeyCount(path, nullptr) > 0) {
         throw Failure{UsageError, "a class is enumerated, not an instance; 'vch instance get' takes a path"};
+    }
     if (options.namesOnly) {
         print(options.format->paths(
             succeeded(broker::enumerateInstanceNames(*work.session.request, path)).paths));
@@ -114,36 +123,41 @@ void getInstance(const InstanceOptions &options) {
 }
 
 void countInstances(const InstanceOptions &options) {
-    if (options.format->counts == nullptr)
+    if (options.format->counts == nullptr) {
         throw Failure{UsageError,
                       fmt::format("{} has no form for counts; table and json have", options.format->name)};
+    }
     Work work = begin(options);
     const broker::Schema &schema = broker::schemaOf(*work.session.broker);
     const std::string glob = options.target.empty() ? "*" : options.target;
     const bool isGlob = glob.find_first_of("*?") != std::string::npos;
     std::vector<const broker::Class *> classes;
-    if (isGlob)
+    if (isGlob) {
         classes = findByName(schema, glob);
-    else
+    } else {
         classes.push_back(&resolveClass(*work.session.broker, options.target));
+    }
 
     std::vector<InstanceCount> counts;
     std::string failures;
     for (const broker::Class *cls : classes) {
-        if (isGlob && (cls->isAbstract || !broker::matchesGlob(cls->name, servedClasses)))
+        if (isGlob && (cls->isAbstract || !broker::matchesGlob(cls->name, servedClasses))) {
             continue; // its instances are those of its subclasses
+        }
         const CMPIObjectPath *path = resolvePath(work.session, cls->name);
         const broker::Answer answer = broker::enumerateInstanceNames(*work.session.request, path);
-        if (answer.rc == CMPI_RC_OK)
+        if (answer.rc == CMPI_RC_OK) {
             counts.push_back({cls, answer.paths.size()});
-        else if (!isGlob)
+        } else if (!isGlob) {
             throw cimFailure(answer.rc, answer.message);
-        else
+        } else {
             failures += fmt::format("\n  {}: {}", cls->name, cimFailure(answer.rc, answer.message).message);
+        }
     }
     print(options.format->counts(counts));
-    if (!failures.empty())
+    if (!failures.empty()) {
         throw Failure{CimError, "not every class could be counted:" + failures};
+    }
 }
 
 void modifyInstance(const InstanceOptions &options) {
@@ -163,10 +177,12 @@ void modifyInstance(const InstanceOptions &options) {
         const broker::Property &property = declared(assignment.name);
         changes.push_back({property.name, assignedValue(session, property, assignment)});
     }
-    for (const std::string &name : options.nulls)
+    for (const std::string &name : options.nulls) {
         changes.push_back({declared(name).name, nullOf(declared(name).type)});
-    if (changes.empty())
+    }
+    if (changes.empty()) {
         throw Failure{UsageError, "nothing to change: give Name=value, or --null Name"};
+    }
 
     const CMPIObjectPath *path = resolveInstance(session, options.target);
     const CMPIInstance *instance = CMNewInstance(broker::cmpiBroker(*session.broker), path, nullptr);
@@ -191,32 +207,37 @@ void invokeMethod(const InstanceOptions &options) {
     const CMPIBroker *cmpi = broker::cmpiBroker(*session.broker);
     const broker::Class &cls = classOf(session, resolvePath(session, options.target));
     const broker::Method *method = broker::findMethod(cls, options.method);
-    if (method == nullptr)
+    if (method == nullptr) {
         throw cimFailure(CMPI_RC_ERR_METHOD_NOT_FOUND,
                          cls.methods.empty() ? fmt::format("class {} has no methods", cls.name)
                                              : fmt::format("class {} has no method {}; it has {}", cls.name,
                                                            options.method, joined(namesOf(cls.methods))));
+    }
     CMPIArgs *in = CMNewArgs(cmpi, nullptr);
     CMPIArgs *out = CMNewArgs(cmpi, nullptr);
     const auto add = [&](const std::string &name, const auto &valueOf) {
         const broker::Parameter &parameter =
             requireFeature(broker::findParameter(*method, name), name, method->parameters,
                            fmt::format("method {} has no parameter", method->name));
-        if (!parameter.isIn)
+        if (!parameter.isIn) {
             throw Failure{UsageError,
                           fmt::format("{} is an output parameter of {}", parameter.name, method->name)};
+        }
         requireSet(broker::addArgument(in, parameter.name.c_str(), valueOf(parameter)), parameter.name);
     };
-    for (const Assignment &assignment : assignments)
+    for (const Assignment &assignment : assignments) {
         add(assignment.name,
             [&](const broker::Feature &feature) { return assignedValue(session, feature, assignment); });
-    for (const std::string &name : options.nulls)
+    }
+    for (const std::string &name : options.nulls) {
         add(name, [](const broker::Feature &feature) { return nullOf(feature.type); });
+    }
 
     const CMPIObjectPath *path = resolveInstance(session, options.target);
     broker::Answer answer =
         succeeded(broker::invokeMethod(*session.request, path, method->name.c_str(), in, out));
-    if (CMIsNullValue(answer.value))
+    if (CMIsNullValue(answer.value)) {
         answer.value.type = method->type;
+    }
     print(options.format->methodResult({method->name, answer.value, out}));
 }

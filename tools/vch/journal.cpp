@@ -23,8 +23,9 @@ void PrintJournal::operator()(bool *) const {
 
 Journal startJournal(bool wanted) {
     static bool recording;
-    if (!wanted)
+    if (!wanted) {
         return nullptr;
+    }
     sp::start_journal();
     return Journal(&recording);
 }

@@ -26,12 +26,15 @@ struct CommandLine {
 };
 
 const OutputFormat *formatOf(const CommandLine &line) {
-    for (const OutputFormat *format : outputFormats)
-        if (line.format == format->name)
+    for (const OutputFormat *format : outputFormats) {
+        if (line.format == format->name) {
             return format;
+        }
+    }
     std::vector<std::string> names;
-    for (const OutputFormat *format : outputFormats)
+    for (const OutputFormat *format : outputFormats) {
         names.push_back(format->name);
+    }
     throw Failure{UsageError,
                   fmt::format("there is no output format {}; use one of {}", line.format, joined(names))};
 }
@@ -50,9 +53,11 @@ InstanceOptions instanceOptions(const CommandLine &line, const CLI::App &command
     const CLI::Option *list = command.get_option_no_throw("--propertylist");
     if (list != nullptr && list->count() > 0) {
         options.propertyList.emplace();
-        for (const std::string &names : line.propertyLists)
-            for (const std::string &name : split(names, ','))
+        for (const std::string &names : line.propertyLists) {
+            for (const std::string &name : split(names, ',')) {
                 options.propertyList->push_back(name);
+            }
+        }
     }
     return options;
 }
@@ -298,8 +303,9 @@ int run(int argc, char **argv) {
         return reported(UsageError, fmt::format("{}; see 'vch --help'", error.what()));
     }
     line.command();
-    if (fflush(stdout) != 0 || ferror(stdout))
+    if (fflush(stdout) != 0 || ferror(stdout)) {
         return reported(BackEndError, "standard output can't be written");
+    }
     return Success;
 }
 

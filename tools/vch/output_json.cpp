@@ -18,12 +18,14 @@ Json real(double number) {
 }
 
 Json json(const CMPIData &data) {
-    if (CMIsNullValue(data))
+    if (CMIsNullValue(data)) {
         return nullptr;
+    }
     if (CMIsArray(data)) {
         Json array = Json::array();
-        for (const CMPIData &element : broker::elementsOf(data))
+        for (const CMPIData &element : broker::elementsOf(data)) {
             array.push_back(json(element));
+        }
         return array;
     }
     switch (data.type) {
@@ -46,8 +48,9 @@ Json json(const CMPIData &data) {
 
 Json object(const std::vector<NamedValue> &values) {
     Json members = Json::object();
-    for (const NamedValue &named : values)
+    for (const NamedValue &named : values) {
         members[validUtf8(named.name)] = json(named.value);
+    }
     return members;
 }
 
@@ -72,8 +75,9 @@ std::string instances(const std::vector<CMPIInstance *> &list) {
 
 std::string paths(const std::vector<CMPIObjectPath *> &list) {
     Json array = Json::array();
-    for (const CMPIObjectPath *path : list)
+    for (const CMPIObjectPath *path : list) {
         array.push_back(pathText(path));
+    }
     return printed(array);
 }
 
@@ -88,8 +92,9 @@ Json qualifiers(const std::vector<broker::Qualifier> &list) {
     Json members = Json::object();
     for (const broker::Qualifier &qualifier : list) {
         Json values = Json::array();
-        for (const std::string &value : qualifier.values)
+        for (const std::string &value : qualifier.values) {
             values.push_back(validUtf8(value));
+        }
         const size_t count = qualifier.values.size();
         members[qualifier.name] = count == 0 ? Json(true) : count == 1 ? values[0] : values;
     }
@@ -98,8 +103,9 @@ Json qualifiers(const std::vector<broker::Qualifier> &list) {
 
 Json feature(const broker::Feature &declared) {
     Json members = {{"name", declared.name}, {"type", broker::textOfType(declared.type)}};
-    if (!declared.referenceClass.empty())
+    if (!declared.referenceClass.empty()) {
         members["referenceClass"] = declared.referenceClass;
+    }
     members["qualifiers"] = qualifiers(declared.qualifiers);
     return members;
 }
@@ -133,8 +139,9 @@ std::string classes(const std::vector<const broker::Class *> &list) {
             member["origin"] = property.origin;
             one["properties"].push_back(member);
         }
-        for (const broker::Method &declaredMethod : declared->methods)
+        for (const broker::Method &declaredMethod : declared->methods) {
             one["methods"].push_back(method(declaredMethod));
+        }
         array.push_back(one);
     }
     return printed(array);
@@ -142,15 +149,17 @@ std::string classes(const std::vector<const broker::Class *> &list) {
 
 std::string classNames(const std::vector<const broker::Class *> &list) {
     Json array = Json::array();
-    for (const broker::Class *declared : list)
+    for (const broker::Class *declared : list) {
         array.push_back(declared->name);
+    }
     return printed(array);
 }
 
 std::string counts(const std::vector<InstanceCount> &list) {
     Json array = Json::array();
-    for (const InstanceCount &one : list)
+    for (const InstanceCount &one : list) {
         array.push_back({{"class", one.countedClass->name}, {"count", one.instances}});
+    }
     return printed(array);
 }
 

@@ -21,23 +21,26 @@ std::string document(const std::string &text) {
 
 std::string instances(const std::vector<CMPIInstance *> &list) {
     std::string text;
-    for (const CMPIInstance *instance : list)
+    for (const CMPIInstance *instance : list) {
         text += broker::mofOfInstance(instance);
+    }
     return document(text);
 }
 
 std::string paths(const std::vector<CMPIObjectPath *> &list) {
     std::string text;
-    for (const CMPIObjectPath *path : list)
+    for (const CMPIObjectPath *path : list) {
         text += printable(broker::textOfPath(path, true)) + "\n";
+    }
     return text;
 }
 
 // MOF has no form for a method's answer: the values are written as an instance's would be.
 std::string methodResult(const MethodResult &result) {
     std::string text = fmt::format("ReturnValue = {};\n", broker::mofOfValue(result.returnValue));
-    for (const NamedValue &named : argumentsOf(result.outParameters))
+    for (const NamedValue &named : argumentsOf(result.outParameters)) {
         text += fmt::format("{} = {};\n", named.name, broker::mofOfValue(named.value));
+    }
     return document(text);
 }
 
@@ -46,14 +49,16 @@ std::string qualifiers(const std::vector<broker::Qualifier> &list, const char *i
     std::vector<std::string> texts;
     for (const broker::Qualifier &qualifier : list) {
         std::vector<std::string> values;
-        for (const std::string &value : qualifier.values)
+        for (const std::string &value : qualifier.values) {
             values.push_back(broker::quotedText(value));
-        if (values.empty())
+        }
+        if (values.empty()) {
             texts.push_back(qualifier.name);
-        else if (values.size() == 1)
+        } else if (values.size() == 1) {
             texts.push_back(fmt::format("{}({})", qualifier.name, values.front()));
-        else
+        } else {
             texts.push_back(fmt::format("{}{{{}}}", qualifier.name, joined(values)));
+        }
     }
     return texts.empty() ? "" : fmt::format("{}[{}]\n", indent, joined(texts));
 }
@@ -68,9 +73,10 @@ std::string declaration(const broker::Feature &feature) {
 
 std::string parameters(const broker::Method &method) {
     std::vector<std::string> texts;
-    for (const broker::Parameter &parameter : method.parameters)
+    for (const broker::Parameter &parameter : method.parameters) {
         texts.push_back(
             fmt::format("[In({}), Out({})] {}", parameter.isIn, parameter.isOut, declaration(parameter)));
+    }
     return joined(texts);
 }
 
@@ -81,11 +87,13 @@ std::string classes(const std::vector<const broker::Class *> &list) {
             declared->superclass == nullptr ? "" : " : " + declared->superclass->name;
         text += qualifiers(declared->qualifiers, "");
         text += fmt::format("class {}{} {{\n", declared->name, superclass);
-        for (const broker::Property &property : declared->properties)
+        for (const broker::Property &property : declared->properties) {
             text += qualifiers(property.qualifiers, "    ") + "    " + declaration(property) + ";\n";
-        for (const broker::Method &method : declared->methods)
+        }
+        for (const broker::Method &method : declared->methods) {
             text += qualifiers(method.qualifiers, "    ") +
                     fmt::format("    {}({});\n", declaration(method), parameters(method));
+        }
         text += "};\n";
     }
     return document(text);
@@ -93,8 +101,9 @@ std::string classes(const std::vector<const broker::Class *> &list) {
 
 std::string classNames(const std::vector<const broker::Class *> &list) {
     std::string text;
-    for (const broker::Class *declared : list)
+    for (const broker::Class *declared : list) {
         text += declared->name + "\n";
+    }
     return text;
 }
 

@@ -13,8 +13,9 @@ namespace {
 
 // A table's cell. An empty text is told from NULL, which leaves the cell empty.
 std::string cell(const CMPIData &data) {
-    if (CMIsNullValue(data))
+    if (CMIsNullValue(data)) {
         return "";
+    }
     const std::string text = printable(broker::textOfValue(data));
     return text.empty() ? "\"\"" : text;
 }
@@ -29,8 +30,9 @@ struct Table {
 
 size_t columnOf(Table &table, const std::string &name) {
     const auto found = std::find(table.names.begin(), table.names.end(), name);
-    if (found != table.names.end())
+    if (found != table.names.end()) {
         return static_cast<size_t>(found - table.names.begin());
+    }
     table.names.push_back(name);
     return table.names.size() - 1;
 }
@@ -60,11 +62,14 @@ std::string withoutTrailingBlanks(std::string line) {
 
 std::vector<size_t> widthsOf(const Table &table) {
     std::vector<size_t> widths;
-    for (const std::string &name : table.names)
+    for (const std::string &name : table.names) {
         widths.push_back(columns(name));
-    for (const Row &row : table.rows)
-        for (size_t i = 0; i < row.size(); ++i)
+    }
+    for (const Row &row : table.rows) {
+        for (size_t i = 0; i < row.size(); ++i) {
             widths[i] = std::max(widths[i], columns(row[i]));
+        }
+    }
     return widths;
 }
 
@@ -72,13 +77,15 @@ constexpr size_t gap = 2;
 
 std::string asColumns(const Table &table, const std::vector<size_t> &widths) {
     std::string header;
-    for (size_t i = 0; i < table.names.size(); ++i)
+    for (size_t i = 0; i < table.names.size(); ++i) {
         header += padded(table.names[i], widths[i] + gap);
+    }
     std::string text = emphasized(withoutTrailingBlanks(header)) + "\n";
     for (const Row &row : table.rows) {
         std::string line;
-        for (size_t i = 0; i < row.size(); ++i)
+        for (size_t i = 0; i < row.size(); ++i) {
             line += padded(row[i], widths[i] + gap);
+        }
         text += withoutTrailingBlanks(line) + "\n";
     }
     return text;
@@ -86,13 +93,15 @@ std::string asColumns(const Table &table, const std::vector<size_t> &widths) {
 
 std::string asBlocks(const Table &table) {
     size_t width = 0;
-    for (const std::string &name : table.names)
+    for (const std::string &name : table.names) {
         width = std::max(width, columns(name));
+    }
     std::string text;
     for (const Row &row : table.rows) {
         text += text.empty() ? "" : "\n";
-        for (size_t i = 0; i < row.size(); ++i)
+        for (size_t i = 0; i < row.size(); ++i) {
             text += withoutTrailingBlanks(emphasized(padded(table.names[i], width + gap)) + row[i]) + "\n";
+        }
     }
     return text;
 }
@@ -100,8 +109,9 @@ std::string asBlocks(const Table &table) {
 std::string printed(const std::string &className, const Table &table) {
     const std::vector<size_t> widths = widthsOf(table);
     size_t total = 0;
-    for (const size_t width : widths)
+    for (const size_t width : widths) {
         total += width + gap;
+    }
     const std::string title = fmt::format("{} ({})", className, table.rows.size());
     return emphasized(title) + "\n" +
            (total <= outputWidth() + gap ? asColumns(table, widths) : asBlocks(table));
@@ -114,20 +124,23 @@ std::string instances(const std::vector<CMPIInstance *> &list) {
         const std::string name = textOf(CMGetClassName(CMGetObjectPath(instance, nullptr), nullptr));
         auto found =
             std::find_if(tables.begin(), tables.end(), [&](const auto &one) { return one.first == name; });
-        if (found == tables.end())
+        if (found == tables.end()) {
             found = tables.insert(tables.end(), {name, {}});
+        }
         addInstance(found->second, instance);
     }
     std::string text;
-    for (const auto &[name, table] : tables)
+    for (const auto &[name, table] : tables) {
         text += (text.empty() ? "" : "\n") + printed(name, table);
+    }
     return text;
 }
 
 std::string paths(const std::vector<CMPIObjectPath *> &list) {
     std::string text;
-    for (const CMPIObjectPath *path : list)
+    for (const CMPIObjectPath *path : list) {
         text += printable(broker::textOfPath(path, true)) + "\n";
+    }
     return text;
 }
 
@@ -152,10 +165,11 @@ std::string line(const char *mark, const broker::Feature &feature, const std::st
 
 std::string signature(const broker::Method &method) {
     std::vector<std::string> parameters;
-    for (const broker::Parameter &parameter : method.parameters)
+    for (const broker::Parameter &parameter : method.parameters) {
         parameters.push_back(fmt::format("{}{} {}",
                                          parameter.isOut ? (parameter.isIn ? "inout " : "out ") : "",
                                          broker::textOfType(parameter.type), parameter.name));
+    }
     return method.name + "(" + joined(parameters) + ")";
 }
 
@@ -165,25 +179,29 @@ std::string classes(const std::vector<const broker::Class *> &list) {
         text += text.empty() ? "" : "\n";
         text += emphasized(declared->name);
         text += declared->superclass == nullptr ? "\n" : " : " + declared->superclass->name + "\n";
-        for (const broker::Property &property : declared->properties)
+        for (const broker::Property &property : declared->properties) {
             text += line(property.isKey ? "key" : "", property, property.name);
-        for (const broker::Method &method : declared->methods)
+        }
+        for (const broker::Method &method : declared->methods) {
             text += line("", method, signature(method));
+        }
     }
     return text;
 }
 
 std::string classNames(const std::vector<const broker::Class *> &list) {
     std::string text;
-    for (const broker::Class *declared : list)
+    for (const broker::Class *declared : list) {
         text += declared->name + "\n";
+    }
     return text;
 }
 
 std::string counts(const std::vector<InstanceCount> &list) {
     std::string text;
-    for (const InstanceCount &one : list)
+    for (const InstanceCount &one : list) {
         text += fmt::format("{:>6}  {}\n", one.instances, one.countedClass->name);
+    }
     return text;
 }
 

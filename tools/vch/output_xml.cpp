@@ -39,8 +39,9 @@ std::string reference(const CMPIObjectPath *path) {
     std::string text = instanceName(path);
     if (!nameSpace.empty()) {
         std::string parts;
-        for (const std::string &part : split(nameSpace, '/'))
+        for (const std::string &part : split(nameSpace, '/')) {
             parts += fmt::format("<NAMESPACE NAME=\"{}\"/>", escaped(part));
+        }
         text = fmt::format(
             "<LOCALINSTANCEPATH><LOCALNAMESPACEPATH>{}</LOCALNAMESPACEPATH>{}</LOCALINSTANCEPATH>", parts,
             text);
@@ -54,8 +55,9 @@ std::string scalar(const CMPIData &data) {
 }
 
 std::string keyValue(const CMPIData &data) {
-    if (data.type == CMPI_ref && !CMIsNullValue(data))
+    if (data.type == CMPI_ref && !CMIsNullValue(data)) {
         return reference(data.value.ref);
+    }
     const bool numeric = (data.type & (CMPI_UINT | CMPI_REAL)) != 0 && data.type < CMPI_ENC;
     return fmt::format("<KEYVALUE VALUETYPE=\"{}\" TYPE=\"{}\">{}</KEYVALUE>",
                        numeric                     ? "numeric"
@@ -66,21 +68,24 @@ std::string keyValue(const CMPIData &data) {
 
 std::string instanceName(const CMPIObjectPath *path) {
     std::string keys;
-    for (const NamedValue &key : keysOf(path))
+    for (const NamedValue &key : keysOf(path)) {
         keys +=
             fmt::format("<KEYBINDING NAME=\"{}\">{}</KEYBINDING>", escaped(key.name), keyValue(key.value));
+    }
     return fmt::format("<INSTANCENAME CLASSNAME=\"{}\">{}</INSTANCENAME>",
                        escaped(textOf(CMGetClassName(path, nullptr))), keys);
 }
 
 // The element that holds a value; nothing for NULL, which CIM-XML tells by the element's absence.
 std::string content(const CMPIData &data) {
-    if (CMIsNullValue(data))
+    if (CMIsNullValue(data)) {
         return "";
+    }
     if (CMIsArray(data)) {
         std::string elements;
-        for (const CMPIData &element : broker::elementsOf(data))
+        for (const CMPIData &element : broker::elementsOf(data)) {
             elements += CMIsNullValue(element) ? "<VALUE.NULL/>" : content(element);
+        }
         return fmt::format("<{0}>{1}</{0}>", data.type == CMPI_refA ? "VALUE.REFARRAY" : "VALUE.ARRAY",
                            elements);
     }
@@ -88,9 +93,10 @@ std::string content(const CMPIData &data) {
 }
 
 std::string property(const NamedValue &named) {
-    if (named.value.type == CMPI_ref)
+    if (named.value.type == CMPI_ref) {
         return fmt::format("<PROPERTY.REFERENCE NAME=\"{}\">{}</PROPERTY.REFERENCE>\n", escaped(named.name),
                            content(named.value));
+    }
     return fmt::format("<{0} NAME=\"{1}\" TYPE=\"{2}\">{3}</{0}>\n",
                        CMIsArray(named.value) ? "PROPERTY.ARRAY" : "PROPERTY", escaped(named.name),
                        typeName(named.value.type), content(named.value));
@@ -110,8 +116,9 @@ std::string instances(const std::vector<CMPIInstance *> &list) {
         const CMPIObjectPath *path = CMGetObjectPath(instance, nullptr);
         elements += fmt::format("<VALUE.NAMEDINSTANCE>{}<INSTANCE CLASSNAME=\"{}\">\n", instanceName(path),
                                 escaped(textOf(CMGetClassName(path, nullptr))));
-        for (const NamedValue &named : propertiesOf(instance))
+        for (const NamedValue &named : propertiesOf(instance)) {
             elements += property(named);
+        }
         elements += "</INSTANCE></VALUE.NAMEDINSTANCE>\n";
     }
     return returned(elements);
@@ -119,17 +126,19 @@ std::string instances(const std::vector<CMPIInstance *> &list) {
 
 std::string paths(const std::vector<CMPIObjectPath *> &list) {
     std::string elements;
-    for (const CMPIObjectPath *path : list)
+    for (const CMPIObjectPath *path : list) {
         elements += instanceName(path) + "\n";
+    }
     return returned(elements);
 }
 
 std::string methodResult(const MethodResult &result) {
     std::string elements = fmt::format("<RETURNVALUE PARAMTYPE=\"{}\">{}</RETURNVALUE>\n",
                                        typeName(result.returnValue.type), content(result.returnValue));
-    for (const NamedValue &named : argumentsOf(result.outParameters))
+    for (const NamedValue &named : argumentsOf(result.outParameters)) {
         elements += fmt::format("<PARAMVALUE NAME=\"{}\" PARAMTYPE=\"{}\">{}</PARAMVALUE>\n",
                                 escaped(named.name), typeName(named.value.type), content(named.value));
+    }
     return document(
         fmt::format("<METHODRESPONSE NAME=\"{}\">\n{}</METHODRESPONSE>", escaped(result.method), elements));
 }
@@ -139,12 +148,15 @@ std::string qualifiers(const std::vector<broker::Qualifier> &list) {
     std::string elements;
     for (const broker::Qualifier &qualifier : list) {
         std::string values;
-        for (const std::string &value : qualifier.values)
-            values += "<VALUE>" + escaped(value) + "</VALUE>";
-        if (qualifier.values.empty())
+        for (const std::string &value : qualifier.values) {
+            values += fmt::format("<VALUE>{}</VALUE>", escaped(value));
+        }
+        if (qualifier.values.empty()) {
             values = "<VALUE>TRUE</VALUE>";
-        if (qualifier.values.size() > 1)
-            values = "<VALUE.ARRAY>" + values + "</VALUE.ARRAY>";
+        }
+        if (qualifier.values.size() > 1) {
+            values = fmt::format("<VALUE.ARRAY>{}</VALUE.ARRAY>", values);
+        }
         elements +=
             fmt::format("<QUALIFIER NAME=\"{}\" TYPE=\"{}\">{}</QUALIFIER>\n", escaped(qualifier.name),
                         qualifier.values.empty() ? "boolean" : "string", values);
@@ -174,13 +186,15 @@ std::string classes(const std::vector<const broker::Class *> &list) {
                                            : fmt::format(" SUPERCLASS=\"{}\"", declared->superclass->name);
         elements += fmt::format("<CLASS NAME=\"{}\"{}>\n{}", declared->name, superclass,
                                 qualifiers(declared->qualifiers));
-        for (const broker::Property &declaredProperty : declared->properties)
+        for (const broker::Property &declaredProperty : declared->properties) {
             elements += declaration("PROPERTY", declaredProperty);
+        }
         for (const broker::Method &method : declared->methods) {
             elements += fmt::format("<METHOD NAME=\"{}\" TYPE=\"{}\">\n{}", method.name,
                                     typeName(method.type), qualifiers(method.qualifiers));
-            for (const broker::Parameter &parameter : method.parameters)
+            for (const broker::Parameter &parameter : method.parameters) {
                 elements += declaration("PARAMETER", parameter);
+            }
             elements += "</METHOD>\n";
         }
         elements += "</CLASS>\n";
@@ -190,8 +204,9 @@ std::string classes(const std::vector<const broker::Class *> &list) {
 
 std::string classNames(const std::vector<const broker::Class *> &list) {
     std::string elements;
-    for (const broker::Class *declared : list)
+    for (const broker::Class *declared : list) {
         elements += fmt::format("<CLASSNAME NAME=\"{}\"/>\n", declared->name);
+    }
     return returned(elements);
 }
 

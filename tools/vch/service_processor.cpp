@@ -43,10 +43,11 @@ std::string storePath() {
 unsigned storedMask() {
     const Rows rows =
         query(fmt::format("SELECT value FROM configuration_variable WHERE id = {}", sp::trace_mask_variable));
-    if (rows.empty())
+    if (rows.empty()) {
         throw Failure{BackEndError,
                       fmt::format("store '{}' has no variable 0x{:04X}, which holds the trace mask",
                                   storePath(), sp::trace_mask_variable)};
+    }
     return static_cast<unsigned>(std::stoul(rows.front().front()));
 }
 
@@ -67,17 +68,19 @@ void printStoreInfo() {
     fmt::print("path     {}\n", storePath());
     fmt::print("size     {} bytes\n", std::filesystem::file_size(storePath()));
     fmt::print("version  {}\n", query("PRAGMA user_version").front().front());
-    for (const auto &table : tables)
+    for (const auto &table : tables) {
         fmt::print("{:>7}  {}\n",
                    query(fmt::format("SELECT count(*) FROM \"{}\"", table.front())).front().front(),
                    table.front());
+    }
 }
 
 void traceMask(const std::optional<uint16_t> &mask) {
     const unsigned old = storedMask();
-    if (mask)
+    if (mask) {
         query(fmt::format("UPDATE configuration_variable SET value = {} WHERE id = {}", *mask,
                           sp::trace_mask_variable));
+    }
     fmt::print("{}\n", mask ? *mask : old);
 }
 
@@ -92,11 +95,12 @@ void removeNotifyQueues() {
 }
 
 void notifyProcess(int pid) {
-    if (kill(pid, 0) != 0 && errno == ESRCH)
+    if (kill(pid, 0) != 0 && errno == ESRCH) {
         throw Failure{UsageError,
                       fmt::format("there is no process {}; 'vch sp notify watch' prints those that "
                                   "registered themselves",
                                   pid)};
+    }
     onBackEnd([&] { sp::post_notification(pid); });
     fmt::print("notified process {}\n", pid);
 }

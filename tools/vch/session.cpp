@@ -23,16 +23,19 @@ constexpr const char *schemaPlaces[] = {"../schema", "../share/vch"};
 // The path in an environment variable, or else the first place that exists.
 template <size_t N> fs::path locate(const char *variable, const char *const (&places)[N], const char *what) {
     if (const char *told = getenv(variable); told != nullptr && *told != '\0') {
-        if (!fs::exists(told))
+        if (!fs::exists(told)) {
             throw Failure{BackEndError,
                           fmt::format("{} says {}, where there is no {}", variable, told, what)};
+        }
         return told;
     }
     std::error_code error;
     const fs::path folder = fs::read_symlink("/proc/self/exe", error).parent_path();
-    for (const char *place : places)
-        if (fs::exists(folder / place))
+    for (const char *place : places) {
+        if (fs::exists(folder / place)) {
             return (folder / place).lexically_normal();
+        }
+    }
     throw Failure{BackEndError, fmt::format("no {} at {} or {}: build or install it, or set {}", what,
                                             (folder / places[0]).lexically_normal().string(),
                                             (folder / places[1]).lexically_normal().string(), variable)};
@@ -46,14 +49,16 @@ Session openSession(const std::string &nameSpace, const std::string &user) {
     settings.providedClasses = {servedClasses};
     settings.classPrefix = classPrefix;
     const fs::path schema = locate("VCH_SCHEMA", schemaPlaces, "schema folder");
-    for (const char *file : schemaFiles)
+    for (const char *file : schemaFiles) {
         settings.mofFiles.push_back(schema / file);
+    }
 
     Session session;
     std::string error;
     session.broker = broker::openBroker(settings, error);
-    if (session.broker == nullptr)
+    if (session.broker == nullptr) {
         throw Failure{BackEndError, error};
+    }
     broker::Client client;
     client.principal = user;
     client.remoteAddress = "127.0.0.1";

@@ -7,8 +7,9 @@
 
 size_t outputWidth() {
     winsize size = {};
-    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
         return size.ws_col;
+    }
     const char *wished = getenv("COLUMNS");
     const unsigned long columns = wished == nullptr ? 0 : strtoul(wished, nullptr, 10);
     return columns > 0 ? columns : 120;

@@ -17,14 +17,18 @@ char lower(char c) {
 // Bytes of the UTF-8 character that `text` begins with, or 0 when it begins with none.
 size_t characterLength(std::string_view text) {
     const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
-    if (byte(0) < 0x80)
+    if (byte(0) < 0x80) {
         return 1;
+    }
     const size_t length = byte(0) >= 0xF0 ? 4 : byte(0) >= 0xE0 ? 3 : 2;
-    if (byte(0) < 0xC2 || byte(0) > 0xF4 || text.size() < length)
+    if (byte(0) < 0xC2 || byte(0) > 0xF4 || text.size() < length) {
         return 0;
-    for (size_t i = 1; i < length; ++i)
-        if ((byte(i) & 0xC0) != 0x80)
+    }
+    for (size_t i = 1; i < length; ++i) {
+        if ((byte(i) & 0xC0) != 0x80) {
             return 0;
+        }
+    }
     const unsigned lead = byte(0), second = byte(1);
     const bool overlong = (lead == 0xE0 && second < 0xA0) || (lead == 0xF0 && second < 0x90);
     const bool outside = (lead == 0xED && second > 0x9F) || (lead == 0xF4 && second > 0x8F);
@@ -34,8 +38,9 @@ size_t characterLength(std::string_view text) {
 // Characters to insert, remove or exchange to make `b` of `a`, without regard to case.
 size_t editDistance(std::string_view a, std::string_view b) {
     std::vector<size_t> row(b.size() + 1);
-    for (size_t j = 0; j <= b.size(); ++j)
+    for (size_t j = 0; j <= b.size(); ++j) {
         row[j] = j;
+    }
     for (size_t i = 1; i <= a.size(); ++i) {
         size_t diagonal = row[0];
         row[0] = i;
@@ -63,14 +68,15 @@ std::string validUtf8(std::string_view text) {
 std::string printable(std::string_view text) {
     std::string result;
     for (const char c : validUtf8(text)) {
-        if (c == '\n')
+        if (c == '\n') {
             result += "\\n";
-        else if (c == '\t')
+        } else if (c == '\t') {
             result += "\\t";
-        else if (std::iscntrl(static_cast<unsigned char>(c)))
+        } else if (std::iscntrl(static_cast<unsigned char>(c))) {
             result += fmt::format("\\x{:02X}", static_cast<unsigned char>(c));
-        else
+        } else {
             result += c;
+        }
     }
     return result;
 }
@@ -83,14 +89,16 @@ size_t columns(std::string_view text) {
 std::vector<std::string> split(std::string_view text, char separator) {
     std::vector<std::string> parts;
     for (size_t i = 0; i < text.size(); ++i) {
-        if (parts.empty())
+        if (parts.empty()) {
             parts.emplace_back();
-        if (text[i] == '\\' && i + 1 < text.size() && text[i + 1] == separator)
+        }
+        if (text[i] == '\\' && i + 1 < text.size() && text[i + 1] == separator) {
             parts.back() += text[++i];
-        else if (text[i] == separator)
+        } else if (text[i] == separator) {
             parts.emplace_back();
-        else
+        } else {
             parts.back() += text[i];
+        }
     }
     return parts;
 }
