@@ -2,6 +2,8 @@
 
 packages_to_build="g++ cmake ninja-build libsqlite3-dev libcli11-dev libfmt-dev nlohmann-json3-dev"
 packages_to_check="$packages_to_build libgtest-dev googletest clang-format clang-tidy cppcheck python3 procps"
+# The 32-bit ARM build, and the fuzzing engine.
+packages_to_check="$packages_to_check g++-arm-linux-gnueabihf qemu-user clang-14 libclang-rt-14-dev"
 
 # Installs those of the given packages that are missing, as root or through sudo.
 install_packages() {

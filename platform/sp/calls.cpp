@@ -17,17 +17,24 @@ struct ArmedFault {
     int calls = 0; // since it was told
 };
 
+struct Lie {
+    size_t function;
+    int count;
+};
+
 // One lock for all of it: it is taken only while somebody watches.
 std::mutex lock;
 bool recording = false;
 std::vector<JournalEntry> journal;
 std::vector<ArmedFault> faults;
+std::vector<Lie> lies;
 std::string environment_error;
 
-thread_local int depth = 0; // calls of this thread that are under way
+thread_local int depth = 0;              // calls of this thread that are under way
+thread_local std::optional<int> claimed; // by the outermost of them
 
 void watch() {
-    calls_watched = recording || !faults.empty() || !environment_error.empty();
+    calls_watched = recording || !faults.empty() || !lies.empty() || !environment_error.empty();
 }
 
 size_t known_function(std::string_view name) {
@@ -139,6 +146,11 @@ WatchedCall::WatchedCall(Function called, std::span<const Argument> with)
             fault = armed.fault.result.value_or(function_table[function.index].failure);
         }
     }
+    for (const Lie &lie : lies) {
+        if (lie.function == function.index) {
+            claimed = lie.count;
+        }
+    }
     start = std::chrono::steady_clock::now();
 }
 
@@ -146,6 +158,7 @@ WatchedCall::~WatchedCall() {
     if (--depth > 0) {
         return;
     }
+    claimed.reset();
     const std::chrono::nanoseconds taken = std::chrono::steady_clock::now() - start;
     const std::lock_guard guard(lock);
     if (recording) {
@@ -203,6 +216,17 @@ void fail_by_text(std::string_view text) {
     watch();
 }
 
+void lie_about_count(std::string_view function, int count) {
+    const size_t index = known_function(function);
+    const std::lock_guard guard(lock);
+    lies.push_back({index, count});
+    watch();
+}
+
+std::optional<int> claimed_count() {
+    return claimed;
+}
+
 void check_environment() {
     const std::lock_guard guard(lock);
     if (!environment_error.empty()) {
@@ -213,6 +237,7 @@ void check_environment() {
 void clear_faults() {
     const std::lock_guard guard(lock);
     faults.clear();
+    lies.clear();
     watch();
 }
 

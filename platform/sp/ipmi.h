@@ -16,7 +16,24 @@ enum CompletionCodes : uint8_t {
     IpmiInvalidCommand = 0xC1,
     IpmiRequestLengthInvalid = 0xC7,
     IpmiNotPresent = 0xCB,
+    IpmiInvalidDataField = 0xCC,
     IpmiUnspecifiedError = 0xFF,
+};
+
+/// Of the status byte of a sensor's reading.
+enum ReadingStatusBits : uint8_t {
+    ReadingUnavailable = 0x20,
+    ScanningEnabled = 0x40,
+};
+
+/// Of the state byte of a threshold sensor.
+enum ThresholdBits : uint8_t {
+    BelowLowerNonCritical = 0x01,
+    BelowLowerCritical = 0x02,
+    BelowLowerNonRecoverable = 0x04,
+    AboveUpperNonCritical = 0x08,
+    AboveUpperCritical = 0x10,
+    AboveUpperNonRecoverable = 0x20,
 };
 
 /// Does what one command asks for: takes the data bytes behind the command, and behind the sub-command where

@@ -34,6 +34,8 @@ struct Connection {
 
 thread_local Connection connection;
 
+std::atomic<int> blocks = 0; // given to callers
+
 /// The thread's connection to the store in use. Throws when the store can't be used.
 Connection &connect() {
     const unsigned generation = store_generation;
@@ -213,9 +215,18 @@ bool read_rows(std::string_view text, std::initializer_list<Value> values, std::
     if (query.failed) {
         return false;
     }
+    const std::optional<int> claimed = claimed_count();
+    if (claimed > 0) {
+        block.reset();
+    }
+    blocks += block != nullptr;
     *rows = block.release();
-    *count = static_cast<int>(used);
+    *count = claimed.value_or(static_cast<int>(used));
     return true;
+}
+
+int blocks_given() {
+    return blocks;
 }
 
 std::vector<std::vector<std::string>> sql(const std::string &text) {

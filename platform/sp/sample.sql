@@ -1,5 +1,5 @@
--- The sample server: a rack server with two processors and two power supplies. Maker, models and numbers are
--- invented.
+-- The sample server: a rack server with two processors and four slots for power supplies, one of them empty
+-- and one with a unit that will fail. Maker, models and numbers are invented.
 
 INSERT INTO session_information VALUES
     (1, '127.0.0.1', 623, 'cimprovider', 'k7-Vaterite-42', '0x01', '01', '6', '0x1', '4');
@@ -35,28 +35,52 @@ INSERT INTO registered_profile (InstanceID, RegisteredOrganization, RegisteredNa
     ('MARLOVEN:Profile:DSP1040:1.0.0', 2, 'Platform Watchdog', '1.0.0', '2', ''),
     ('MARLOVEN:Profile:HealthTree:2.1.0', 1, 'Health Tree', '2.1.0', '2', 'MARLOVEN');
 
--- Sensors. Exponents 0xD0 is a result exponent of -3, 0xE0 of -2.
-INSERT INTO full_sdr (SensorNumber, SensorType, EntityId, EntityInstance, SensorName, UnitModifier, M, B,
+INSERT INTO system_info VALUES (1, '7f3a5c1e-2d84-4b60-9a17-0263a70a0b0c');
+
+-- Sensors. Exponents have the result's in the high nibble: 0xD0 is a result exponent of -3, 0xF0 of -1, 0x01 an
+-- exponent of 1 for B. The temperature of the SFP module isn't linear.
+INSERT INTO full_sdr (SensorNumber, SensorType, EntityId, EntityInstance, SensorName, UnitModifier, Linear, M, B,
                       Exponents, UpperThresholdNonRecoverable, UpperThresholdCritical,
-                      UpperThresholdNonCritical, LowerThresholdCritical) VALUES
-    (0x01, 1, 55, 0, 'Ambient', 0, 1, 0, 0x00, 50, 45, 40, 1),
-    (0x02, 1, 7, 0, 'Systemboard', 0, 1, 0, 0x00, 80, 75, 70, 1),
-    (0x03, 1, 3, 0, 'CPU1', 0, 1, 0, 0x00, 100, 95, 88, 1),
-    (0x04, 1, 3, 1, 'CPU2', 0, 1, 0, 0x00, 100, 95, 88, 1),
-    (0x05, 1, 32, 0, 'DIMM 1A', 0, 1, -128, 0x00, 218, 213, 206, 128),
-    (0x10, 2, 7, 0, 'BATT 3.0V', -2, 17, 0, 0xD0, 0, 212, 0, 118),
-    (0x11, 2, 7, 1, 'STBY 12V', -2, 63, 0, 0xD0, 0, 209, 0, 171),
-    (0x12, 2, 7, 2, 'STBY 5V', -2, 26, 0, 0xD0, 0, 208, 0, 177),
-    (0x13, 2, 7, 3, 'STBY 3.3V', -2, 17, 0, 0xD0, 0, 210, 0, 179),
-    (0x20, 4, 29, 0, 'FAN1 SYS', 0, 60, 0, 0x00, 0, 0, 0, 14),
-    (0x21, 4, 29, 1, 'FAN2 SYS', 0, 60, 0, 0x00, 0, 0, 0, 14),
-    (0x22, 4, 29, 2, 'FAN3 SYS', 0, 60, 0, 0x00, 0, 0, 0, 14),
-    (0x23, 4, 29, 3, 'FAN4 SYS', 0, 60, 0, 0x00, 0, 0, 0, 14),
-    (0x24, 4, 10, 0, 'FAN PSU1', 0, 80, 0, 0x00, 0, 0, 0, 10),
-    (0x25, 4, 10, 1, 'FAN PSU2', 0, 80, 0, 0x00, 0, 0, 0, 10),
-    (0x30, 11, 10, 0, 'PSU1 Power', 0, 4, 0, 0x00, 220, 212, 200, 0),
-    (0x31, 11, 10, 1, 'PSU2 Power', 0, 4, 0, 0x00, 220, 212, 200, 0),
-    (0x32, 11, 7, 0, 'Total Power', 0, 8, 0, 0x00, 220, 212, 200, 0);
+                      UpperThresholdNonCritical, LowerThresholdCritical, VariableIndex) VALUES
+    (0x01, 1, 55, 0, 'Ambient', 0, 1, 5, 0, 0xF0, 100, 90, 80, 2, NULL),
+    (0x02, 1, 7, 0, 'Systemboard 1', 0, 1, 1, 0, 0x00, 80, 75, 70, 1, NULL),
+    (0x03, 1, 7, 1, 'Systemboard 2', 0, 1, 1, 0, 0x00, 80, 75, 70, 1, NULL),
+    (0x04, 1, 3, 0, 'CPU1', 0, 1, 1, 0, 0x00, 100, 95, 88, 1, NULL),
+    (0x05, 1, 3, 1, 'CPU2', 0, 1, 1, 0, 0x00, 100, 95, 88, 1, NULL),
+    (0x06, 1, 7, 2, 'PCH', 0, 1, 1, 0, 0x00, 110, 105, 95, 1, NULL),
+    (0x07, 1, 32, 0, 'MEM A', 0, 1, 1, -128, 0x00, 218, 213, 206, 129, NULL),
+    (0x08, 1, 32, 1, 'MEM B', 0, 1, 1, -128, 0x00, 218, 213, 206, 129, NULL),
+    (0x09, 1, 10, 0, 'PSU1 Inlet', 0, 1, 1, -4, 0x01, 115, 110, 100, 41, NULL),
+    (0x0A, 1, 10, 1, 'PSU2 Inlet', 0, 1, 1, -4, 0x01, 115, 110, 100, 41, NULL),
+    (0x0B, 1, 10, 2, 'PSU3 Inlet', 0, 1, 1, -4, 0x01, 115, 110, 100, 41, NULL),
+    (0x0C, 1, 10, 3, 'PSU4 Inlet', 0, 1, 1, -4, 0x01, 115, 110, 100, 41, NULL),
+    (0x0D, 1, 15, 0, 'HDD Backplane', 0, 1, 1, 0, 0x00, 70, 65, 60, 1, NULL),
+    (0x0E, 1, 31, 0, 'SFP Module', 0, 0, 1, 0, 0x00, 0, 0, 0, 0, NULL),
+    (0x10, 2, 40, 0, 'BATT 3.0V', -2, 1, 17, 0, 0xD0, 0, 212, 0, 118, NULL),
+    (0x11, 2, 7, 0, 'STBY 12V', -2, 1, 63, 0, 0xD0, 0, 209, 0, 171, NULL),
+    (0x12, 2, 7, 1, 'STBY 5V', -2, 1, 26, 0, 0xD0, 0, 208, 0, 177, NULL),
+    (0x13, 2, 7, 2, 'STBY 3.3V', -2, 1, 17, 0, 0xD0, 0, 210, 0, 179, NULL),
+    (0x14, 2, 7, 3, 'MAIN 12V', -2, 1, 63, 0, 0xD0, 0, 209, 0, 171, NULL),
+    (0x15, 2, 7, 4, 'MAIN 5V', -2, 1, 26, 0, 0xD0, 0, 208, 0, 177, NULL),
+    (0x16, 2, 7, 5, 'MAIN 3.3V', -2, 1, 17, 0, 0xD0, 0, 210, 0, 179, NULL),
+    (0x17, 2, 7, 6, 'MEM 1.2V', -2, 1, 5, 0, 0xD0, 0, 252, 0, 228, NULL),
+    (0x18, 2, 7, 7, 'CPU1 1.8V', -2, 1, 8, 2, 0xD2, 0, 220, 0, 190, NULL),
+    (0x19, 2, 7, 8, 'CPU2 1.8V', -2, 1, 8, 2, 0xD2, 0, 220, 0, 190, NULL),
+    (0x20, 4, 29, 0, 'FAN1 SYS', 0, 1, 60, 0, 0x00, 0, 0, 0, 14, 0),
+    (0x21, 4, 29, 1, 'FAN2 SYS', 0, 1, 60, 0, 0x00, 0, 0, 0, 14, 1),
+    (0x22, 4, 29, 2, 'FAN3 SYS', 0, 1, 60, 0, 0x00, 0, 0, 0, 14, 2),
+    (0x23, 4, 29, 3, 'FAN4 SYS', 0, 1, 60, 0, 0x00, 0, 0, 0, 14, 3),
+    (0x24, 4, 10, 0, 'FAN PSU1', 0, 1, 128, 0, 0x00, 0, 0, 0, 10, 4),
+    (0x25, 4, 10, 1, 'FAN PSU2', 0, 1, 128, 0, 0x00, 0, 0, 0, 10, 5),
+    (0x26, 4, 10, 2, 'FAN PSU3', 0, 1, 128, 0, 0x00, 0, 0, 0, 10, 6),
+    (0x27, 4, 10, 3, 'FAN PSU4', 0, 1, 128, 0, 0x00, 0, 0, 0, 10, 7),
+    (0x30, 11, 10, 0, 'PSU1 Power', 0, 1, 4, 0, 0x00, 220, 212, 200, 0, NULL),
+    (0x31, 11, 10, 1, 'PSU2 Power', 0, 1, 4, 0, 0x00, 220, 212, 200, 0, NULL),
+    (0x32, 11, 10, 2, 'PSU3 Power', 0, 1, 4, 0, 0x00, 220, 212, 200, 0, NULL),
+    (0x33, 11, 10, 3, 'PSU4 Power', 0, 1, 4, 0, 0x00, 220, 212, 200, 0, NULL),
+    (0x34, 11, 7, 0, 'Total Power', 0, 1, 8, 0, 0x00, 220, 212, 200, 0, NULL),
+    (0x35, 11, 3, 0, 'CPU1 Power', 0, 1, 2, 0, 0x00, 0, 120, 105, 0, NULL),
+    (0x36, 11, 3, 1, 'CPU2 Power', 0, 1, 2, 0, 0x00, 0, 120, 105, 0, NULL);
 
 INSERT INTO compact_sdr (SensorNumber, SensorType, EntityId, EntityInstance, SensorName, BaseUnits) VALUES
     (0x80, 230, 29, 0, 'FAN1 SYS', 0),
@@ -65,26 +89,76 @@ INSERT INTO compact_sdr (SensorNumber, SensorType, EntityId, EntityInstance, Sen
     (0x83, 230, 29, 3, 'FAN4 SYS', 0),
     (0x84, 230, 10, 0, 'FAN PSU1', 0),
     (0x85, 230, 10, 1, 'FAN PSU2', 0),
+    (0x86, 230, 10, 2, 'FAN PSU3', 0),
+    (0x87, 230, 10, 3, 'FAN PSU4', 0),
     (0x90, 8, 10, 0, 'PSU1', 0),
     (0x91, 8, 10, 1, 'PSU2', 0),
+    (0x92, 8, 10, 2, 'PSU3', 0),
+    (0x93, 8, 10, 3, 'PSU4', 0),
+    (0x94, 232, 10, 0, 'PSU1 Status', 0),
+    (0x95, 232, 10, 1, 'PSU2 Status', 0),
+    (0x96, 232, 10, 2, 'PSU3 Status', 0),
+    (0x97, 232, 10, 3, 'PSU4 Status', 0),
     (0xA0, 7, 3, 0, 'CPU1', 0),
     (0xA1, 7, 3, 1, 'CPU2', 0),
     (0xB0, 12, 32, 0, 'DIMM-1A', 0),
     (0xC0, 5, 23, 0, 'Housing Open', 0),
-    (0xD0, 221, 7, 0, 'Power Level', 7);
+    (0xD0, 221, 7, 0, 'Power Level', 7),
+    (0xE0, 234, 6, 0, 'BMC Communication', 0),
+    (0xE1, 236, 6, 0, 'BMC Flash', 0),
+    (0xE2, 220, 3, 0, 'CPU Config', 0),
+    (0xE3, 239, 23, 0, 'Chassis IDPROM', 0),
+    (0xE4, 192, 7, 0, 'I2C1 Systemboard', 0),
+    (0xE5, 192, 7, 1, 'I2C2 Memory', 0),
+    (0xE6, 192, 10, 0, 'I2C3 PSU', 0),
+    (0xE7, 192, 15, 0, 'I2C4 Backplane', 0),
+    (0xE8, 192, 6, 0, 'I2C5 BMC', 0);
 
-INSERT INTO sensor_reading (SensorNumber, Reading, State) VALUES
-    (0x01, 23, 0), (0x02, 38, 0), (0x03, 52, 0), (0x04, 49, 0), (0x05, 162, 0),
-    (0x10, 181, 0), (0x11, 190, 0), (0x12, 194, 0), (0x13, 195, 0),
-    (0x20, 71, 0), (0x21, 72, 0), (0x22, 70, 0), (0x23, 71, 0), (0x24, 36, 0), (0x25, 37, 0),
-    (0x30, 31, 0), (0x31, 29, 0), (0x32, 29, 0),
-    (0x80, 0, 1), (0x81, 0, 1), (0x82, 0, 1), (0x83, 0, 1), (0x84, 0, 1), (0x85, 0, 1),
-    (0x90, 0, 1), (0x91, 0, 1), (0xA0, 0, 0x80), (0xA1, 0, 0x80), (0xB0, 0, 0x40), (0xC0, 0, 0), (0xD0, 0, 1);
+-- The drive backplane, bus 5 and what would be in the empty slot can't be read. Two requests are pending, and two
+-- faults hold on bus 4.
+INSERT INTO sensor_reading (SensorNumber, Reading, Status, Amplitude) VALUES
+    (0x01, 47, 0xC0, 2), (0x02, 38, 0xC0, 2), (0x03, 41, 0xC0, 2), (0x04, 52, 0xC0, 4), (0x05, 49, 0xC0, 4),
+    (0x06, 55, 0xC0, 2), (0x07, 162, 0xC0, 2), (0x08, 160, 0xC0, 2), (0x09, 69, 0xC0, 2), (0x0A, 76, 0xC0, 2),
+    (0x0B, 65, 0xE0, 2), (0x0C, 70, 0xC0, 2), (0x0D, 31, 0xE0, 2), (0x0E, 120, 0xC0, 2),
+    (0x10, 181, 0xC0, 0), (0x11, 190, 0xC0, 1), (0x12, 194, 0xC0, 1), (0x13, 195, 0xC0, 1),
+    (0x14, 191, 0xC0, 1), (0x15, 193, 0xC0, 1), (0x16, 194, 0xC0, 1), (0x17, 241, 0xC0, 1),
+    (0x18, 210, 0xC0, 1), (0x19, 209, 0xC0, 1),
+    (0x20, 71, 0xC0, 2), (0x21, 72, 0xC0, 2), (0x22, 70, 0xC0, 2), (0x23, 71, 0xC0, 2),
+    (0x24, 71, 0xC0, 2), (0x25, 84, 0xC0, 2), (0x26, 70, 0xE0, 2), (0x27, 72, 0xC0, 2),
+    (0x30, 31, 0xC0, 2), (0x31, 29, 0xC0, 2), (0x32, 28, 0xE0, 2), (0x33, 30, 0xC0, 2),
+    (0x34, 45, 0xC0, 3), (0x35, 43, 0xC0, 4), (0x36, 40, 0xC0, 4);
+UPDATE sensor_reading SET Seed = SensorNumber;
+INSERT INTO sensor_reading (SensorNumber, State) VALUES
+    (0x80, 1), (0x81, 1), (0x82, 1), (0x83, 1), (0x84, 1), (0x85, 2), (0x86, 0x40), (0x87, 1),
+    (0x90, 1), (0x91, 1), (0x92, 0), (0x93, 1), (0x94, 2), (0x95, 4), (0x96, 1), (0x97, 2),
+    (0xA0, 0x80), (0xA1, 0x80), (0xB0, 0x40), (0xC0, 0), (0xD0, 1),
+    (0xE0, 0x0012), (0xE1, 0), (0xE2, 0), (0xE3, 1), (0xE4, 0), (0xE5, 0), (0xE6, 0), (0xE7, 0x0003);
+INSERT INTO simulation VALUES (1, 1);
+
+INSERT INTO power_supply (PresenceSensor, StatusSensor, PowerSensor, FruDeviceId, EntityInstance, Designation)
+VALUES
+    (0x90, 0x94, 0x30, 3, 0, 'PSU1'),
+    (0x91, 0x95, 0x31, 4, 1, 'PSU2'),
+    (0x92, 0x96, 0x32, 5, 2, 'PSU3'),
+    (0x93, 0x97, 0x33, 6, 3, 'PSU4');
+
+INSERT INTO fan (StatusSensor, SpeedSensor, PsuPresenceSensor, EntityId, Name, Attributes) VALUES
+    (0x80, 0x20, 0, 29, 'FAN1 SYS', 0x00),
+    (0x81, 0x21, 0, 29, 'FAN2 SYS', 0x00),
+    (0x82, 0x22, 0, 29, 'FAN3 SYS', 0x00),
+    (0x83, 0x23, 0, 29, 'FAN4 SYS', 0x00),
+    (0x84, 0x24, 0x90, 10, 'FAN PSU1', 0x10),
+    (0x85, 0x25, 0x91, 10, 'FAN PSU2', 0x10),
+    (0x86, 0x26, 0x92, 10, 'FAN PSU3', 0x10),
+    (0x87, 0x27, 0x93, 10, 'FAN PSU4', 0x10);
+INSERT INTO maximum_speed VALUES
+    (0x20, 14400, 15000), (0x21, 14700, 15000), (0x22, 15000, 15000), (0x23, 13800, 15000),
+    (0x24, 26000, 26500), (0x25, 21200, 26500), (0x26, 26500, 26500), (0x27, 26300, 26500);
 
 INSERT INTO capabilities (RowName, InstanceID, RequestedStatesSupported, ElementNameEditSupported, ElementName,
                           MaxElementNameLen) VALUES
     ('PowerSupplyCapabilities1', 'MARLOVEN:PowerSupplyCapabilities1', '', 0, 'Power Supply Capabilities', 0),
-    ('HostSystemCapabilities1', 'MARLOVEN:HostSystemCapabilities1', '2,3,5,11', 1, 'Host System Capabilities', 64),
+    ('HostSystemCapabilities1', 'MARLOVEN:HostSystemCapabilities1', '2,3,4,10,11', 1, 'Host System Capabilities', 64),
     ('ServiceProcessorCapabilities1', 'MARLOVEN:ServiceProcessorCapabilities1', '11', 0,
      'Service Processor Capabilities', 0),
     ('FanCapabilities1', 'MARLOVEN:FanCapabilities1', '', 0, 'Fan Capabilities', 0),
@@ -109,12 +183,16 @@ INSERT INTO fru (DeviceId, EntityId, ChassisType, ChassisPartNumber, ProductName
                  BoardManufacturer, BoardCustomFields) VALUES
     (0, 7, '', '', '', '', '', '', '', '', 1651363200, 'MB-7420', 'MVB2218004711', 'A26-M7420-X1', 'MARLOVEN',
      'WGS02 GS04,A1'),
-    (1, 23, 'Rack Mount Chassis', 'RC2-7420', 'TORVEN RX7420', 'GS02', 'DC1-R07-U21', 'MVR7420220815',
+    (2, 23, 'Rack Mount Chassis', 'RC2-7420', 'TORVEN RX7420', 'GS02', 'DC1-R07-U21', 'MVR7420220815',
      'RX7420-2S', 'MARLOVEN', 0, '', '', '', '', ''),
-    (2, 10, '', '', '', '', '', '', '', '', 1640995200, 'PSU-800P', 'MVP2150000815', 'A26-P0800-X2',
+    (3, 10, '', '', '', '', '', '', '', '', 1640995200, 'PSU-800P', 'MVP2150000815', 'A26-P0800-X2',
      'MARLOVEN', 'R3,HW02'),
-    (3, 10, '', '', '', '', '', '', '', '', 1640995200, 'PSU-800P', 'MVP2150000816', 'A26-P0800-X2',
-     'MARLOVEN', 'R3,HW02');
+    (4, 10, '', '', '', '', '', '', '', '', 1640995200, 'PSU-800P', 'MVP2150000816', 'A26-P0800-X2',
+     'MARLOVEN', 'R3,HW02'),
+    (6, 10, '', '', '', '', '', '', '', '', 1656633600, 'PSU-800P', 'MVP2226001203', 'A26-P0800-X2',
+     'MARLOVEN', 'R4,HW02');
+INSERT INTO frudevice_sdr (DeviceAddress, FruDeviceId, DeviceType) VALUES
+    (0x20, 0, 0x80), (0x20, 2, 0x80), (0xA0, 3, 0x10), (0xA2, 4, 0x10), (0xA4, 5, 0x10), (0xA6, 6, 0x10);
 
 INSERT INTO configuration_variable (id, name, width, value) VALUES
     (0x0030, 'ConfRebootRetryCounter', 1, 3),
@@ -124,16 +202,85 @@ INSERT INTO configuration_variable (id, name, width, value) VALUES
     (0x0080, 'ConfFanDailyTestTime', 2, 1380),
     (0x0084, 'ConfDisableFanTest', 1, 0),
     (0x00A2, 'ConfPowerCycleDelay', 1, 5),
-    (0x0201, 'SystemHostname', 64, 'db-node-21'),
+    (0x00A3, 'ConfPowerOnTrapPremonitionTime', 1, 5),
+    (0x00A4, 'ConfPowerOffTrapPremonitionTime', 1, 15),
+    (0x0200, 'ConfCabinetLocation', 256, 'Hall 1, row 7, unit 21'),
+    (0x0201, 'ConfSystemName', 64, 'db-node-21'),
+    (0x0204, 'ConfSystemContact', 256, 'operations@example.net'),
+    (0x0206, 'ConfServerChassisModel', 256, 'TORVEN RX7420'),
+    (0x0210, 'ConfBMCAssetTag', 256, 'DC1-R07-U21'),
+    (0x1130, 'ConfPowerDisplayUnit', 1, 0),
+    (0x1420, 'ConfBMCHttpPort', 2, 80),
+    (0x1421, 'ConfBMCHttpsPort', 2, 443),
+    (0x1425, 'ConfBMCForceHttps', 1, 0),
     (0x1430, 'ConfBMCNetworkName', 256, 'sp-rx7420'),
     (0x1431, 'ConfBMCUseNetworkName', 1, 1),
     (0x1432, 'ConfBMCNameExtension', 256, '-sp'),
     (0x1433, 'ConfBMCAddSerialNumber', 1, 0),
     (0x1434, 'ConfBMCAddExtension', 1, 0),
+    (0x144D, 'ConfBMCDNSDomain', 48, 'dc1.example.net'),
+    (0x1A00, 'ConfPowerControlMode', 1, 5),
+    (0x1A01, 'ConfPowerMonitoringEnable', 1, 1),
+    (0x1A06, 'ConfPowerLimitModeValue', 2, 650),
+    (0x1A08, 'ConfDynPowerLimitEnable', 1, 1),
+    (0x1A09, 'ConfPowerLimitModeThreshold', 2, 90),
+    (0x1A0A, 'ConfPowerLimitModePeriod', 2, 5),
+    (0x1A0B, 'ConfPowerLimitModeAction', 1, 1),
+    (0x1A0C, 'ConfPSRedundancyMode', 1, 2),
+    (0x1A0D, 'ConfPSRedundancyUnits', 1, 0x21), -- two needed, one spare
+    (0x1A22, 'ConfBmcIpv6Enabled', 1, 1),
     (0x7E00, 'TraceMask', 2, 256);
 
-INSERT INTO service_processor (id, SystemName) VALUES (1, 'MVR7420220815-SP');
-INSERT INTO lan_channel (Channel, MACAddress) VALUES (1, x'0263A70A0B0B'), (2, x'0263A70A0B0C');
+-- Lists. The service processor has a link-local, a global and a unique local address.
+INSERT INTO configuration_variable (id, name, width, list_index, value) VALUES
+    (0x1A24, 'ConfBmcIpv6AddressType', 1, 0, 1),
+    (0x1A24, 'ConfBmcIpv6AddressType', 1, 1, 2),
+    (0x1A24, 'ConfBmcIpv6AddressType', 1, 2, 9),
+    (0x1A25, 'ConfBmcIpv6Addr', 16, 0, x'FE800000000000000063A7FFFE0A0B0C'),
+    (0x1A25, 'ConfBmcIpv6Addr', 16, 1, x'20010DB8004200000000000000000021'),
+    (0x1A25, 'ConfBmcIpv6Addr', 16, 2, x'FD7A0042000100000000000000000021');
+
+-- What happens when a fan fails, by the fans' indexes, and when one of the temperatures is critical, by their
+-- places among the temperature sensors.
+WITH RECURSIVE entry(i) AS (VALUES (0) UNION ALL SELECT i + 1 FROM entry WHERE i < 7)
+INSERT INTO configuration_variable (id, name, width, list_index, value)
+    SELECT 0x0071, 'ConfFanFailBehavior', 1, i, i < 4 FROM entry
+    UNION ALL SELECT 0x0072, 'ConfFanFailShutdownDelay', 2, i, iif(i < 4, 90, 300) FROM entry;
+WITH RECURSIVE entry(i) AS (VALUES (0) UNION ALL SELECT i + 1 FROM entry WHERE i < 13)
+INSERT INTO configuration_variable (id, name, width, list_index, value)
+    SELECT 0x0073, 'ConfTempCriticalBehavior', 1, i, i < 6 FROM entry;
+
+-- The week, Sunday first, in minutes since midnight: power on and off, then the two schedules of the power
+-- control, each with the mode that begins at its time.
+WITH week(day, on_time, off_time, mode1, time1, mode2, time2) AS (VALUES
+    (0, 65535, 65535, 2, 65535, 2, 65535),
+    (1, 420, 1320, 3, 360, 2, 1200),
+    (2, 420, 1320, 3, 360, 2, 1200),
+    (3, 420, 1320, 3, 360, 2, 1200),
+    (4, 420, 1320, 3, 360, 2, 1200),
+    (5, 420, 1080, 3, 360, 2, 1080),
+    (6, 65535, 65535, 2, 65535, 2, 65535))
+INSERT INTO configuration_variable (id, name, width, list_index, value)
+    SELECT 0x00A0, 'ConfServerOnTime', 2, day, on_time FROM week
+    UNION ALL SELECT 0x00A1, 'ConfServerOffTime', 2, day, off_time FROM week
+    UNION ALL SELECT 0x1A04, 'ConfPowerControlScheduleMode1', 1, day, mode1 FROM week
+    UNION ALL SELECT 0x1A05, 'ConfPowerControlScheduleMode2', 1, day, mode2 FROM week
+    UNION ALL SELECT 0x1A02, 'ConfPowerControlScheduleTime1', 2, day, time1 FROM week
+    UNION ALL SELECT 0x1A03, 'ConfPowerControlScheduleTime2', 2, day, time2 FROM week;
+
+-- The schedule that it has as a blade: Monday to Friday.
+INSERT INTO blade_schedule VALUES
+    (0, 65535, 65535), (1, 480, 1080), (2, 480, 1080), (3, 480, 1080), (4, 480, 1080), (5, 480, 960),
+    (6, 65535, 65535);
+
+INSERT INTO service_processor (id, SystemName, AgentConnected) VALUES (1, 'MVR7420220815-SP', 1);
+INSERT INTO agent_parameter (ParameterGroup, Name, Value) VALUES
+    ('System Information', 'ServerHostNameShort', 'db-node-21'),
+    ('System Information', 'UMServerStatus', 2);
+INSERT INTO misc_control VALUES (15, 1);
+INSERT INTO lan_channel VALUES
+    (1, x'0263A70A0B0B', '192.0.2.20'),
+    (2, x'0263A70A0B0C', '192.0.2.21');
 INSERT INTO device_id VALUES (1, 0x20, 0x01, 2, 0x45, 0x02, 0xBF, 0x002880, 0x7420, 0x00000001);
-INSERT INTO chassis_status VALUES (1, 0x01, 0x00, 0x40, 0x00);
+INSERT INTO chassis_status VALUES (1, 0x21, 0x00, 0x40, 0x00, 2, 1751702400, 1, 1);
 INSERT INTO power_on_hours VALUES (1, 60, 10417);

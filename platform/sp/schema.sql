@@ -29,6 +29,42 @@ CREATE TABLE registered_profile (
     OtherRegisteredOrganization TEXT NOT NULL DEFAULT ''
 );
 
+-- What the service processor knows of the system that it is in.
+CREATE TABLE system_info (
+    id INTEGER PRIMARY KEY CHECK (id = 1),
+    GUID TEXT NOT NULL
+);
+
+-- A slot for a power supply; `position` is the slot's number, from 1. Whether there is a unit in it is in the
+-- states of its sensors: see `power_supply_slot`.
+CREATE TABLE power_supply (
+    position INTEGER PRIMARY KEY,
+    PresenceSensor INTEGER NOT NULL,
+    StatusSensor INTEGER NOT NULL,
+    PowerSensor INTEGER NOT NULL,
+    FruDeviceId INTEGER NOT NULL,
+    EntityInstance INTEGER NOT NULL, -- of entity 10, in which the SDRs of the unit's sensors are
+    Designation TEXT NOT NULL
+);
+
+CREATE TABLE fan (
+    position INTEGER PRIMARY KEY,
+    StatusSensor INTEGER NOT NULL,
+    SpeedSensor INTEGER NOT NULL,
+    PsuPresenceSensor INTEGER NOT NULL DEFAULT 0, -- of the power supply that holds the fan; 0: none does
+    EntityId INTEGER NOT NULL,                    -- 29 a fan, 10 a fan in a power supply
+    Name TEXT NOT NULL,
+    Attributes INTEGER NOT NULL DEFAULT 0 -- bits 4 and 5: kind of cooling device, 0 fan, 1 centrifugal blower
+);
+
+-- Which FRU device is reached where.
+CREATE TABLE frudevice_sdr (
+    position INTEGER PRIMARY KEY,
+    DeviceAddress INTEGER NOT NULL, -- 0x20: the service processor
+    FruDeviceId INTEGER NOT NULL,
+    DeviceType INTEGER NOT NULL
+);
+
 CREATE TABLE full_sdr (
     position INTEGER PRIMARY KEY,
     SensorNumber INTEGER NOT NULL UNIQUE,
@@ -41,10 +77,12 @@ CREATE TABLE full_sdr (
     M INTEGER NOT NULL,
     B INTEGER NOT NULL DEFAULT 0,
     Exponents INTEGER NOT NULL DEFAULT 0, -- high nibble of the result, low nibble of B
+    -- Raw readings; 0: there is none.
     UpperThresholdNonRecoverable INTEGER NOT NULL DEFAULT 0,
     UpperThresholdCritical INTEGER NOT NULL DEFAULT 0,
     UpperThresholdNonCritical INTEGER NOT NULL DEFAULT 0,
-    LowerThresholdCritical INTEGER NOT NULL DEFAULT 0
+    LowerThresholdCritical INTEGER NOT NULL DEFAULT 0,
+    VariableIndex INTEGER -- entry of the sensor's variables in the configuration space; NULL: it has none
 );
 
 CREATE TABLE compact_sdr (
@@ -135,24 +173,98 @@ CREATE TABLE configuration_variable (
 
 -- The server and its controller
 
+-- A server is made a blade by    UPDATE service_processor SET Blade = 1
+-- The agent goes by              UPDATE service_processor SET AgentConnected = 0
 CREATE TABLE service_processor (
     id INTEGER PRIMARY KEY CHECK (id = 1),
     SystemName TEXT NOT NULL,
-    BIOSRecoveryFlash INTEGER NOT NULL DEFAULT 0
+    BIOSRecoveryFlash INTEGER NOT NULL DEFAULT 0,
+    ErrorLED INTEGER NOT NULL DEFAULT 1, -- 0 nobody knows, 1 off, 2 on, 3 blinking
+    Blade INTEGER NOT NULL DEFAULT 0,
+    AgentConnected INTEGER NOT NULL DEFAULT 0,
+    FanTests INTEGER NOT NULL DEFAULT 0 -- that were started
+);
+
+-- What the agent in the host's operating system tells.
+CREATE TABLE agent_parameter (
+    ParameterGroup TEXT NOT NULL,
+    Name TEXT NOT NULL,
+    Status INTEGER NOT NULL DEFAULT 0, -- 0 and 1 are good
+    Value,                             -- text, blob or number; NULL: none
+    PRIMARY KEY (ParameterGroup, Name)
+);
+
+CREATE TABLE misc_control (
+    Control INTEGER PRIMARY KEY,
+    Value INTEGER NOT NULL
+);
+
+-- A blade's weekly schedule, in minutes since midnight; 65535: no time.
+CREATE TABLE blade_schedule (
+    Day INTEGER PRIMARY KEY CHECK (Day BETWEEN 0 AND 6), -- 0 is Sunday
+    OnTime INTEGER NOT NULL,
+    OffTime INTEGER NOT NULL
 );
 
 CREATE TABLE lan_channel (
     Channel INTEGER PRIMARY KEY,
-    MACAddress BLOB NOT NULL CHECK (length(MACAddress) = 6)
+    MACAddress BLOB NOT NULL CHECK (length(MACAddress) = 6),
+    IPv4Address TEXT NOT NULL DEFAULT '0.0.0.0'
 );
 
--- Live values by sensor number: raw reading of a threshold sensor, state bits of a discrete one.
+-- Live values by sensor number. A sensor without a row can't be read.
 CREATE TABLE sensor_reading (
     SensorNumber INTEGER PRIMARY KEY,
-    Reading INTEGER NOT NULL DEFAULT 0,
-    Status INTEGER NOT NULL DEFAULT 0xC0,
-    State INTEGER NOT NULL DEFAULT 0
+    Reading INTEGER NOT NULL DEFAULT 0,   -- raw, of a threshold sensor
+    Status INTEGER NOT NULL DEFAULT 0xC0, -- with bit 5 set the sensor can't be read
+    State INTEGER NOT NULL DEFAULT 0,     -- bits; a threshold sensor's reading adds those of its thresholds
+
+    -- A threshold sensor's reading moves around the stored one, by at most so much and within these bounds.
+    -- Sensors of the same seed move together.
+    Amplitude INTEGER NOT NULL DEFAULT 0,
+    Seed INTEGER NOT NULL DEFAULT 0,
+    Minimum INTEGER NOT NULL DEFAULT 0,
+    Maximum INTEGER NOT NULL DEFAULT 255
 );
+
+-- With `Walk` 0 readings stand still.
+CREATE TABLE simulation (
+    id INTEGER PRIMARY KEY CHECK (id = 1),
+    Walk INTEGER NOT NULL
+);
+
+-- Fans' speeds at their maximum, by the number of the speed sensor: at the last fan test, and when they were
+-- new.
+CREATE TABLE maximum_speed (
+    SensorNumber INTEGER PRIMARY KEY,
+    Measured INTEGER NOT NULL,
+    Reference INTEGER NOT NULL
+);
+
+-- Whether there is a power supply in a slot. A unit is pulled from slot 2 by
+--     UPDATE power_supply_slot SET Present = 0 WHERE Slot = 2
+-- and put back by the same with 1, which lets it be without a fault. The sensors in a unit that is out can't
+-- be read.
+CREATE VIEW power_supply_slot AS
+    SELECT position AS Slot, Designation, State & 1 AS Present
+    FROM power_supply JOIN sensor_reading ON SensorNumber = PresenceSensor;
+
+CREATE TRIGGER plug_power_supply INSTEAD OF UPDATE OF Present ON power_supply_slot
+    WHEN (NEW.Present != 0) != OLD.Present
+BEGIN
+    UPDATE sensor_reading SET State = NEW.Present != 0
+        WHERE SensorNumber = (SELECT PresenceSensor FROM power_supply WHERE position = OLD.Slot);
+    UPDATE sensor_reading SET State = iif(NEW.Present, 2, 1) -- OK, not present
+        WHERE SensorNumber = (SELECT StatusSensor FROM power_supply WHERE position = OLD.Slot);
+    UPDATE sensor_reading SET State = iif(NEW.Present, 1, 0x40) -- the fans' OK, not present
+        WHERE SensorNumber IN (
+            SELECT StatusSensor FROM fan
+            WHERE PsuPresenceSensor = (SELECT PresenceSensor FROM power_supply WHERE position = OLD.Slot));
+    UPDATE sensor_reading SET Status = iif(NEW.Present, Status & ~0x20, Status | 0x20)
+        WHERE SensorNumber IN (
+            SELECT SensorNumber FROM full_sdr JOIN power_supply USING (EntityInstance)
+            WHERE EntityId = 10 AND power_supply.position = OLD.Slot);
+END;
 
 CREATE TABLE device_id (
     id INTEGER PRIMARY KEY CHECK (id = 1),
@@ -169,10 +281,14 @@ CREATE TABLE device_id (
 
 CREATE TABLE chassis_status (
     id INTEGER PRIMARY KEY CHECK (id = 1),
-    CurrentPowerState INTEGER NOT NULL,
+    CurrentPowerState INTEGER NOT NULL, -- bit 0 power on; bits 5 and 6 restore policy: off, as before, on
     LastPowerEvent INTEGER NOT NULL,
     MiscellaneousState INTEGER NOT NULL,
-    FrontPanelButtons INTEGER NOT NULL
+    FrontPanelButtons INTEGER NOT NULL,
+    RequestedState INTEGER NOT NULL,     -- the state of CIM that was asked for last
+    LastBootTime INTEGER NOT NULL,       -- seconds since 1970
+    LastPowerOnReason INTEGER NOT NULL,  -- 0 unknown, 1 requested, 2 button, 3 schedule, 4 restore policy
+    LastPowerOffReason INTEGER NOT NULL  -- 0 unknown, 1 requested, 2 button, 3 schedule, 4 power lost
 );
 
 CREATE TABLE power_on_hours (

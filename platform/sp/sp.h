@@ -33,6 +33,18 @@ void use_store(const std::string &path);
 /// Runs SQL statements on the process's store and returns the rows of the last one; NULL is an empty text.
 std::vector<std::vector<std::string>> sql(const std::string &text);
 
+// What people do to the server. Each is one statement, which schema.sql tells beside its table.
+
+/// Plugs a power supply into a slot, from 1, or pulls it. Nothing happens to one that is there already.
+/// Throws when there is no such slot.
+void plug_power_supply(int slot, bool plugged);
+
+/// Makes the server a blade, or one that stands alone.
+void make_blade(bool blade);
+
+/// Connects the agent in the host's operating system, or lets it go.
+void connect_agent(bool connected);
+
 // Journal
 
 /// One call of a firmware library's function.
@@ -78,7 +90,12 @@ void fail_by_text(std::string_view text);
 /// ask gets that line on standard error at its first call.
 void check_environment();
 
-/// Forgets all faults.
+/// Lets a function that gives rows succeed and say that they are `count`. With 1 or more it gives none, as
+/// nobody could tell otherwise; with 0 or less it gives those that it has. Throws on a name that isn't a
+/// function's.
+void lie_about_count(std::string_view function, int count);
+
+/// Forgets all faults and lies.
 void clear_faults();
 
 /// Names of all functions that can fail and are recorded.
@@ -91,6 +108,9 @@ enum class Handle { CoreDb, OemDb, Session };
 
 /// Number of handles of a kind that are open in the process.
 int open_handles(Handle kind);
+
+/// Number of blocks of rows that callers have been given to free, since the process began.
+int blocks_given();
 
 // What the simulation adds to the service processor
 

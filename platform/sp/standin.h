@@ -45,6 +45,9 @@ struct WatchedCall {
     ~WatchedCall();
 };
 
+/// The number of rows that this thread's call has been told to give.
+std::optional<int> claimed_count();
+
 /// Runs a stand-in's body as a call that journal and faults see, and returns its result (an int or nothing).
 /// A call that is told to fail runs `failing` with the result to fail with, and not the body; the result is
 /// then what `failing` gives.

@@ -5,6 +5,7 @@
 #include "TRVBaseServerProfile/TRV_oVTAServerConfigSettings.h"
 
 #include "Utilities/ConfigSpace.h"
+#include "Utilities/DayTimes.h"
 #include "Utilities/Owners.h"
 #include "Utilities/PH_OEM_ModifiableProperties.h"
 #include "Utilities/Text.h"
@@ -96,12 +97,7 @@ consteval ModifyTexts ModifyTextsOfThisClass() {
 constexpr ModifyTable modify = {
     .properties = modifiable,
     .variant = ModifyVariant::CheckPath,
-    .texts =
-        [] {
-            ModifyTexts texts = check_path_texts;
-            texts.noSession = {};
-            return texts;
-        }(),
+    .texts = ModifyTextsOfThisClass(),
 };
 
 bool ReadSettings(IpmiSession *session, R &record) {
@@ -123,8 +119,6 @@ bool ReadSettings(IpmiSession *session, R &record) {
 // The time that the server has been on, by the IPMI command Get POH Counter: completion code, minutes per
 // count and a signed 32-bit count.
 bool ReadPowerOnCounter(std::uint64_t &microseconds) {
-    constexpr std::uint64_t microseconds_per_minute = 60'000'000;
-    constexpr std::uint8_t chassis_netfn = 0x00;
     constexpr std::uint8_t get_poh_counter = 0x0F;
     std::uint8_t response[6] = {};
     std::uint32_t length = sizeof response;
@@ -195,6 +189,7 @@ int PH_OEM_Enum_ServerConfigSettings_Instance(R **records, int *count, int names
 
 EXPORT_CLASS(ServerConfigSettings,
              "Fan test, restart and retry behaviour of the server, and its power-on counter.",
-             .superclass = "CIM_SettingData", .untested = true, .methods = methods, .noSuchMethod = 1);
-EXPORT_MODIFY(ServerConfigSettings, modify);
+             .superclass = "CIM_SettingData", .keyNamedInTrace = true, .untested = true, .modify = &modify,
+             .methods = Untagged<methods>, .noSuchMethod = 1);
+EXPORT_MODIFY(ServerConfigSettings);
 EXPORT_METHODS(ServerConfigSettings);

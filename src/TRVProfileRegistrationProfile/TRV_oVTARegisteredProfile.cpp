@@ -54,7 +54,7 @@ void FillRecord(R &record, const Row &row) {
     std::ranges::fill(record.AdvertiseTypes, -1);
     char advertiseTypes[sizeof row.AdvertiseTypes + 1];
     CopyText(advertiseTypes, row.AdvertiseTypes);
-    FillValueList(advertiseTypes, record.AdvertiseTypes, std::size(record.AdvertiseTypes));
+    FillValueList("AdvertiseTypes", advertiseTypes, record.AdvertiseTypes, std::size(record.AdvertiseTypes));
     if (std::strcmp(record.RegisteredName, view_profile) == 0) {
         std::ranges::copy(view_features, record.ImplementedFeatures);
     }

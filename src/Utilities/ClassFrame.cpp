@@ -67,11 +67,11 @@ void GetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPICo
     const RecordsOwner owner{&records};
     const auto fail = [&] { SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Failed to Get Instance"); };
 
+    CMPIStatus ownStatus = {CMPI_RC_OK, nullptr}; // the caller's is written only to fail
     const char *names[max_keys];
     CMPIString *keyValues[max_keys];
     if (PH_OEM_CheckForValidObjectPath(broker, cop, KeyNames(table, names), keyValues,
-                                       static_cast<int>(table.record.keys.size()), status) != 0 ||
-        status->rc != CMPI_RC_OK) {
+                                       static_cast<int>(table.record.keys.size()), &ownStatus) != 0) {
         TRACE_CLASS(TraceFailure, "Failed in CheckForValidObjectPath\n");
         return fail();
     }
@@ -83,8 +83,8 @@ void GetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPICo
         TRACE_CLASS(TraceFailure, "Invalid Key Properties");
         return fail();
     }
-    const CMPIInstance *inst = MakeInstance(table, broker, cop, properties, record, status);
-    if (inst == nullptr || status->rc != CMPI_RC_OK) {
+    const CMPIInstance *inst = MakeInstance(table, broker, cop, properties, record, &ownStatus);
+    if (inst == nullptr) {
         TRACE_CLASS(TraceFailure, "Failed in PH_OEM_MakeInst_%s", table.name);
         return fail();
     }
@@ -102,10 +102,12 @@ void EnumerateInstances(const ClassTable &table, const CMPIBroker *broker, const
     if (!EnumerateRecords(records, 0)) {
         return fail();
     }
+    CMPIStatus ownStatus = {CMPI_RC_OK, nullptr};
     for (int i = 0; i < records.count; ++i) {
-        const CMPIInstance *inst = MakeInstance(table, broker, cop, properties, RecordAt(records, i), status);
-        if (inst == nullptr || status->rc != CMPI_RC_OK) {
-            TRACE_CLASS(TraceFailure, "Inst=%d Failed in PH_OEM_MakeInst_%s", i, table.name);
+        const CMPIInstance *inst =
+            MakeInstance(table, broker, cop, properties, RecordAt(records, i), &ownStatus);
+        if (inst == nullptr) {
+            TRACE_CLASS(TraceFailure, "Failed in PH_OEM_MakeInst_%s", table.name);
             return fail();
         }
         CMReturnInstance(rslt, inst);
@@ -124,9 +126,10 @@ void EnumerateInstanceNames(const ClassTable &table, const CMPIBroker *broker, c
     if (!EnumerateRecords(records, 1)) {
         return fail();
     }
+    CMPIStatus ownStatus = {CMPI_RC_OK, nullptr};
     for (int i = 0; i < records.count; ++i) {
-        const CMPIObjectPath *path = MakePath(table, broker, cop, RecordAt(records, i), status);
-        if (path == nullptr || status->rc != CMPI_RC_OK) {
+        const CMPIObjectPath *path = MakePath(table, broker, cop, RecordAt(records, i), &ownStatus);
+        if (path == nullptr) {
             TRACE_CLASS(TraceFailure, "Inst=%d Failed in PH_OEM_MakePath_%s", i, table.name);
             return fail();
         }
@@ -152,7 +155,7 @@ CMPIArray *GetInstArray(const ClassTable &table, const CMPIObjectPath *cop, cons
     for (int i = 0; i < count; ++i) {
         CMPIInstance *inst = MakeInstance(table, broker, cop, properties, RecordAt(records, i), &st);
         if (inst == nullptr || st.rc != CMPI_RC_OK) {
-            TRACE_CLASS(TraceFailure, "Inst=%d Failed in PH_OEM_MakeInst_%s", i, table.name);
+            TRACE_CLASS(TraceFailure, "Failed in PH_OEM_MakeInst_%s", table.name);
             return nullptr;
         }
         CMSetArrayElementAt(array, static_cast<CMPICount>(i), reinterpret_cast<CMPIValue *>(&inst),
@@ -199,37 +202,43 @@ void *SearchInstance(const ClassTable &table, CMPIString *const *keyValues, void
 
 namespace {
 
-// A new path of the class in the namespace of the request; NULL on failure.
+// A new path of the class in the namespace of the request; NULL, or without a handle, on failure.
 CMPIObjectPath *NewClassPath(const ClassTable &table, const CMPIBroker *broker, const CMPIObjectPath *cop) {
     const CMPIString *nameSpace = CMGetNameSpace(cop, nullptr);
-    if (nameSpace == nullptr) {
+    const CMPIString *pathsName = table.namedByPath ? CMGetClassName(cop, nullptr) : nullptr;
+    if (nameSpace == nullptr || (table.namedByPath && pathsName == nullptr)) {
         return nullptr;
     }
-    CMPIObjectPath *path =
-        CMNewObjectPath(broker, CMGetCharsPtr(nameSpace, nullptr), table.className, nullptr);
-    return path == nullptr || path->hdl == nullptr ? nullptr : path;
+    const char *className = table.namedByPath ? CMGetCharsPtr(pathsName, nullptr) : table.className;
+    return CMNewObjectPath(broker, CMGetCharsPtr(nameSpace, nullptr), className, nullptr);
 }
 
 bool AddKeys(const ClassTable &table, const CMPIObjectPath *path, const void *record) {
-    const std::span keys = table.pathKeys.empty() ? table.record.keys : table.pathKeys;
+    const std::span keys = table.record.keys;
     for (const KeyColumn &key : keys) {
         if (*TextAt(record, key.field) == '\0') {
             TRACE_CLASS(TraceFailure, "%s is empty", key.name);
             return false;
         }
     }
-    for (const KeyColumn &key : keys) {
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        const KeyColumn &key = keys[table.pathOrder[i]];
         const auto *text = reinterpret_cast<const CMPIValue *>(TextAt(record, key.field));
         if (CMAddKey(path, key.name, text, CMPI_chars).rc != CMPI_RC_OK) {
-            TRACE_CLASS(TraceFailure, "Failed to add key property (%s) to Object Path", key.name);
+            if (table.keyNamedInTrace) {
+                TRACE_CLASS(TraceFailure, "Failed to add key property (%s) to Object Path", key.name);
+            } else {
+                TRACE_CLASS(TraceFailure, "Failed to add key property to Object Path");
+            }
             return false;
         }
     }
     return true;
 }
 
-bool SetKeys(const RecordTable &table, const CMPIInstance *inst, const void *record) {
-    for (const KeyColumn &key : table.keys) {
+bool SetKeys(const RecordTable &table, const KeyOrder &order, const CMPIInstance *inst, const void *record) {
+    for (std::size_t i = 0; i < table.keys.size(); ++i) {
+        const KeyColumn &key = table.keys[order[i]];
         const char *text = TextAt(record, key.field);
         if (*text == '\0') {
             TRACE_RECORD(TraceFailure, "%s is empty", key.name);
@@ -287,8 +296,10 @@ CMPIStatus SetDateTime(const CMPIBroker *broker, const CMPIInstance *inst, const
     if (microseconds == null_datetime) {
         return CMSetProperty(inst, property.name, nullptr, property.type);
     }
-    const CMPIBoolean isInterval = (property.flags & PH_OEM_PROP_INTERVAL) != 0;
-    CMPIDateTime *dateTime = CMNewDateTimeFromBinary(broker, microseconds, isInterval, nullptr);
+    CMPIDateTime *dateTime = NewDateTime(broker, microseconds, property.flags);
+    if (dateTime == nullptr) {
+        return {CMPI_RC_ERR_FAILED, nullptr};
+    }
     return CMSetProperty(inst, property.name, reinterpret_cast<const CMPIValue *>(&dateTime), property.type);
 }
 
@@ -314,7 +325,7 @@ CMPIStatus SetOne(const CMPIBroker *broker, const CMPIInstance *inst, const Prop
 bool SetProperties(const RecordTable &table, const CMPIBroker *broker, const CMPIInstance *inst,
                    const char **properties, const void *record) {
     for (const PropertyColumn &property : table.properties) {
-        if (PH_OEM_ExistsInList(properties, property.name) != 1 ||
+        if (property.when == When::Never || PH_OEM_ExistsInList(properties, property.name) != 1 ||
             (property.onlyIf.size != 0 && *TextAt(record, property.onlyIf) != 1)) {
             continue;
         }
@@ -330,18 +341,28 @@ bool SetProperties(const RecordTable &table, const CMPIBroker *broker, const CMP
 
 namespace {
 
+// The number of elements of an array's field: of all that it has room for, or of those that are used.
+int ElementsAt(const void *record, const PropertyColumn &property) {
+    const bool isList = (property.flags & PH_OEM_PROP_TERMINATED) != 0 && property.type == CMPI_uint16A;
+    const std::size_t step = isList                 ? sizeof(std::int32_t)
+                             : property.stride != 0 ? property.stride
+                                                    : ArrayElementSize(property.type);
+    std::uint32_t elements = property.field.size / static_cast<std::uint32_t>(step);
+    if (property.count.size != 0) {
+        std::uint32_t used;
+        std::memcpy(&used, TextAt(record, property.count), sizeof used);
+        elements = std::min(elements, used);
+    }
+    return static_cast<int>(elements);
+}
+
 // The helpers look at the property list themselves.
 void SetUntested(const CMPIBroker *broker, const CMPIInstance *inst, const PropertyColumn &property,
                  const void *record, const char **properties) {
     const char *place = TextAt(record, property.field);
     if ((property.type & CMPI_ARRAY) != 0) {
-        const bool isText = property.type == CMPI_stringA;
-        const std::size_t step = !isText                ? sizeof(std::int32_t)
-                                 : property.stride != 0 ? property.stride
-                                                        : sizeof(char *);
-        PH_OEM_SetPropertyArray(broker, inst, properties, property.name, place,
-                                static_cast<int>(property.field.size / step), property.type,
-                                property.flags | PH_OEM_PROP_TERMINATED, property.stride);
+        PH_OEM_SetPropertyArray(broker, inst, properties, property.name, place, ElementsAt(record, property),
+                                property.type, property.flags, property.stride);
     } else if (property.type == CMPI_chars || property.type == CMPI_dateTime) {
         PH_OEM_SetProperty(broker, inst, properties, property.name, place, property.type, property.flags);
     } else {
@@ -352,11 +373,11 @@ void SetUntested(const CMPIBroker *broker, const CMPIInstance *inst, const Prope
 
 bool SetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPIInstance *inst,
                  const void *record, const char **properties) {
-    if (!table.untested) {
-        return SetRecord(table.record, broker, inst, record, properties) == 0;
-    }
-    if (!SetKeys(table.record, inst, record)) {
+    if (!SetKeys(table.record, table.instanceOrder, inst, record)) {
         return false;
+    }
+    if (!table.untested) {
+        return SetProperties(table.record, broker, inst, properties, record);
     }
     for (const PropertyColumn &property : table.record.properties) {
         SetUntested(broker, inst, property, record, properties);
@@ -367,19 +388,22 @@ bool SetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPIIn
 } // namespace
 
 int SetRecord(const RecordTable &table, const CMPIBroker *broker, const CMPIInstance *inst,
-              const void *record, const char **properties) {
-    return SetKeys(table, inst, record) && SetProperties(table, broker, inst, properties, record) ? 0 : -1;
+              const void *record, const char **properties, const KeyOrder &keyOrder) {
+    return SetKeys(table, keyOrder, inst, record) && SetProperties(table, broker, inst, properties, record)
+               ? 0
+               : -1;
 }
 
 CMPIObjectPath *MakePath(const ClassTable &table, const CMPIBroker *broker, const CMPIObjectPath *cop,
                          const void *record, CMPIStatus *status) {
     TRACE_CLASS(TraceProgress, "PH_OEM_MakePath_%s", table.name);
     CMPIObjectPath *path = NewClassPath(table, broker, cop);
-    if (path == nullptr) {
+    if (path == nullptr || path->hdl == nullptr) {
         TRACE_CLASS(TraceFailure, "Newly created Object Path is NULL");
     } else if (AddKeys(table, path, record)) {
         return path;
-    } else {
+    }
+    if (path != nullptr) {
         CMRelease(path);
     }
     SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Make ObjectPath failed.");
@@ -392,7 +416,7 @@ CMPIInstance *MakeInstance(const ClassTable &table, const CMPIBroker *broker, co
     // The path isn't released: it stays with the broker's memory for the request.
     const CMPIObjectPath *path = NewClassPath(table, broker, cop);
     CMPIInstance *inst = nullptr;
-    if (path == nullptr) {
+    if (path == nullptr || path->hdl == nullptr) {
         TRACE_CLASS(TraceFailure, "New Object Path is NULL");
     } else if (inst = CMNewInstance(broker, path, nullptr); inst == nullptr || inst->hdl == nullptr) {
         TRACE_CLASS(TraceFailure, "Newly created instance is NULL");
@@ -408,20 +432,26 @@ CMPIInstance *MakeInstance(const ClassTable &table, const CMPIBroker *broker, co
 
 // --- Methods
 
+void ReturnMethodValue(const CMPIResult *rslt, CMPIUint32 value) {
+    CMReturnData(rslt, reinterpret_cast<const CMPIValue *>(&value), CMPI_uint32);
+    CMReturnDone(rslt);
+}
+
 CMPIStatus InvokeMethod(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *ctx,
                         const CMPIObjectPath *cop, const char *method, const CMPIArgs *in,
                         const CMPIResult *rslt, CMPIArgs *out) {
     TRACE_CLASS(TraceProgress, "Entering PH_OEM_IM_%s", table.name);
     CMPIStatus status = {CMPI_RC_OK, nullptr};
-    const auto found = std::ranges::find_if(
-        table.methods, [=](const Method &row) { return strcasecmp(row.name, method) == 0; });
+    const auto found = std::ranges::find_if(table.methods, [=](const MethodColumn &row) {
+        return method != nullptr && strcasecmp(row.name, method) == 0;
+    });
     CMPIUint32 value = table.noSuchMethod;
     if (found != table.methods.end()) {
         value = found->invoke({broker, ctx, cop, in, out}, status);
     } else {
+        TRACE_CLASS(TraceFailure, "No such method available");
         SetStatus(broker, &status, CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available");
     }
-    CMReturnData(rslt, reinterpret_cast<const CMPIValue *>(&value), CMPI_uint32);
-    CMReturnDone(rslt);
+    ReturnMethodValue(rslt, value);
     return status;
 }

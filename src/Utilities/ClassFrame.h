@@ -8,6 +8,7 @@
 #include "Utilities/PH_OEM_Debug.h"
 #include "Utilities/PH_OEM_Utilities.h"
 #include "Utilities/PH_OEM_Values.h"
+#include "Utilities/Records.h"
 
 #include <array>
 #include <cstdlib>
@@ -30,6 +31,7 @@ template <typename R> struct Field { FieldPlace place; };
 enum class When : std::uint8_t {
     Always,   // an empty text is set as an empty text
     NotEmpty, // a text that is empty leaves the property unset
+    Never,    // clients may modify it, but no instance shows it
 };
 
 // A key: a text field that must not be empty.
@@ -45,16 +47,19 @@ template <typename R> struct Key {
 //   CMPI_dateTime    a uint64 of microseconds, all bits set for null
 //   CMPI_uint16A     a value list of int32
 //   CMPI_stringA     a list of pointers or, with a stride, of inline texts
-// An empty list is null, and an empty array in the classes whose settings aren't tested.
+// An empty list is null. In the classes whose settings aren't tested, arrays follow PH_OEM_SetPropertyArray:
+// the lists have the flag PH_OEM_PROP_TERMINATED, and an empty one is an empty array; without the flag the
+// field is an array of plain values.
 template <typename R> struct Property {
     const char *name;
     CMPIType type;
     Field<R> field;
-    const char *description;
+    const char *description; // what it says, its unit and where it comes from, for the schema
     When when = When::Always;
-    std::uint16_t stride = 0;     // CMPI_stringA: from one inline text to the next; 0 for a list of pointers
-    Field<R> onlyIf = {};         // a one-byte field that must be 1 for the property to be set
-    int flags = 0;                // PH_OEM_PROP_INTERVAL
+    std::uint16_t stride = 0; // CMPI_stringA: from one inline text to the next; 0 for a list of pointers
+    Field<R> onlyIf = {};     // a one-byte field that must be 1 for the property to be set
+    Field<R> count = {};      // an array's number of used elements, 32 bits, where it doesn't fill its field
+    int flags = 0;            // PH_OEM_PROP_INTERVAL, PH_OEM_PROP_TERMINATED
     const char *values = nullptr; // what the values mean, where the DMTF class doesn't say: "0 Off, 1 On"
 };
 
@@ -75,6 +80,7 @@ struct PropertyColumn {
     const char *name;
     FieldPlace field;
     FieldPlace onlyIf;
+    FieldPlace count;
     CMPIType type;
     std::uint16_t stride;
     When when;
@@ -89,6 +95,7 @@ template <typename R> consteval PropertyColumn Untag(const Property<R> &property
     return {property.name,
             property.field.place,
             property.onlyIf.place,
+            property.count.place,
             property.type,
             property.stride,
             property.when,
@@ -101,7 +108,37 @@ template <typename Row, std::size_t N> consteval auto UntagAll(const Row (&table
     }
     return columns;
 }
-template <const auto &table> inline constexpr auto Untagged = UntagAll(table);
+
+// A row without a text doesn't compile; the compiler's message has its name, and the record's type.
+struct RowName {
+    char text[64];
+};
+template <RowName undescribed> inline constexpr bool every_row_is_described = undescribed.text[0] == '\0';
+
+template <typename Row> consteval void FindUndescribed(std::span<const Row> rows, RowName &name) {
+    for (const Row &row : rows) {
+        if (row.description == nullptr || row.description[0] == '\0') {
+            name = {};
+            for (std::size_t i = 0; i + 1 < sizeof name.text && row.name[i] != '\0'; ++i) {
+                name.text[i] = row.name[i];
+            }
+        }
+        if constexpr (requires { row.parameters; }) {
+            FindUndescribed(row.parameters, name);
+        }
+    }
+}
+template <typename Row, std::size_t N> consteval RowName Undescribed(const Row (&table)[N]) {
+    RowName name{};
+    FindUndescribed(std::span<const Row>(table), name);
+    return name;
+}
+
+template <const auto &table> consteval auto UntagTable() {
+    static_assert(every_row_is_described<Undescribed(table)>, "a row of the table has no description");
+    return UntagAll(table);
+}
+template <const auto &table> inline constexpr auto Untagged = UntagTable<table>();
 
 // A parameter of an extrinsic method.
 struct MethodParameter {
@@ -129,8 +166,21 @@ struct Method {
     std::span<const MethodParameter> parameters = {};
 };
 
+// The same without what only the schema needs; `.methods = Untagged<methods>` makes it.
+struct MethodColumn {
+    const char *name;
+    CMPIUint32 (*invoke)(const MethodCall &call, CMPIStatus &status);
+    FOR_SCHEMA(const char *description; std::span<const MethodParameter> parameters;)
+};
+consteval MethodColumn Untag(const Method &method) {
+    return {method.name, method.invoke FOR_SCHEMA(, method.description, method.parameters)};
+}
+
 // The longest key list.
 constexpr std::size_t max_keys = 4;
+
+using KeyOrder = std::array<std::uint8_t, max_keys>;
+constexpr KeyOrder key_list_order = {0, 1, 2, 3};
 
 // A record's keys and properties, and the place in the source that speaks for it in the trace.
 struct RecordTable {
@@ -140,7 +190,7 @@ struct RecordTable {
     std::span<const PropertyColumn> properties; // in the order in which they are set
 };
 
-// One class, as the frame sees it. Columns behind `clean` are for the classes that differ.
+// One class, as the frame sees it. Columns behind `superclass` are for the classes that differ.
 struct ClassTable {
     const char *name;      // without the prefix
     const char *className; // with it
@@ -152,19 +202,26 @@ struct ClassTable {
     int (*enumerate)(void **records, int *count, int namesOnly);
     void (*clean)(void *records, int count);
 
-    std::span<const KeyColumn> pathKeys = {}; // the order in which a path gets its keys, where it is another
-    const char *superclass = nullptr;         // the DMTF class that it derives from
+    const char *superclass = nullptr; // the DMTF class that it derives from
+
+    // The orders in which a path gets its keys and an instance its key properties, as numbers of the key
+    // list.
+    KeyOrder pathOrder = key_list_order;
+    KeyOrder instanceOrder = key_list_order;
+    bool namedByPath = false;     // paths and instances take their class name from the request's path
+    bool keyNamedInTrace = false; // a key that can't be added is named in the trace
     // The properties go through PH_OEM_SetProperty and PH_OEM_SetPropertyArray and their results aren't
     // tested: one that can't be set doesn't fail the instance.
     bool untested = false;
-    std::span<const Method> methods = {};
+    const struct ModifyTable *modify = nullptr; // what clients may change, in a class with ModifyInstance
+    std::span<const MethodColumn> methods = {};
     CMPIUint32 noSuchMethod = 0; // the return value for a method that the class doesn't have
 };
 
 // The operations of a class; their arguments are those of the exported operations of a class.
 //
 // GetInstance, EnumerateInstances and EnumerateInstanceNames return what they find through `rslt`, and leave
-// `status`, which the caller starts at rc 0, alone on success.
+// `status` alone on success.
 void GetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *ctx,
                  const CMPIObjectPath *cop, const char **properties, const CMPIResult *rslt,
                  CMPIStatus *status);
@@ -173,6 +230,9 @@ void EnumerateInstances(const ClassTable &table, const CMPIBroker *broker, const
                         CMPIStatus *status);
 void EnumerateInstanceNames(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *ctx,
                             const CMPIObjectPath *cop, const CMPIResult *rslt, CMPIStatus *status);
+
+// Gives a method's return value to the client, and ends the answer.
+void ReturnMethodValue(const CMPIResult *rslt, CMPIUint32 value);
 
 // InvokeMethod of a class, with the arguments of its PH_OEM_IM_<C>.
 CMPIStatus InvokeMethod(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *ctx,
@@ -192,28 +252,19 @@ CMPIObjectPath *MakePath(const ClassTable &table, const CMPIBroker *broker, cons
 CMPIInstance *MakeInstance(const ClassTable &table, const CMPIBroker *broker, const CMPIObjectPath *cop,
                            const char **properties, const void *record, CMPIStatus *status);
 
-// Sets the keys, which must not be empty, and the wanted properties of a new instance. 0, or -1 on failure.
+// Sets the keys, which must not be empty, in the order given, and the wanted properties of a new
+// instance. 0, or -1 on failure.
 int SetRecord(const RecordTable &table, const CMPIBroker *broker, const CMPIInstance *inst,
-              const void *record, const char **properties);
+              const void *record, const char **properties, const KeyOrder &keyOrder = key_list_order);
 
 // The names of the key list, for PH_OEM_CheckForValidObjectPath.
 const char *const *KeyNames(const ClassTable &table, const char *(&names)[max_keys]);
 
-// Frees records that own nothing else; NULL is fine.
+// Frees records that own nothing else; *records may be NULL.
 template <typename R> void CleanRecords(const ClassTable &table, R **records) {
     TRACE_FROM(table.record.file, table.record.line, TraceProgress, "Entering PH_OEM_Clean_%s", table.name);
     std::free(*records);
     *records = nullptr;
-}
-
-// `count` zeroed records, or NULL with a trace line of the caller's file.
-template <typename R>
-R *NewRecords(int count, const char *file = __builtin_FILE(), int line = __builtin_LINE()) {
-    auto *records = static_cast<R *>(std::calloc(static_cast<std::size_t>(count), sizeof(R)));
-    if (records == nullptr) {
-        TRACE_FROM(file, line, TraceFailure, "memory allocation failed");
-    }
-    return records;
 }
 
 // An Enum and a Clean with the record's type, as the table holds them.
@@ -228,6 +279,10 @@ template <typename R, void (*clean)(R **)> void CleanUntyped(void *records, int)
     auto *typed = static_cast<R *>(records);
     clean(&typed);
 }
+template <typename R, void (*clean)(R **, int)> void CleanUntyped(void *records, int count) {
+    auto *typed = static_cast<R *>(records);
+    clean(&typed, count);
+}
 
 // All classes, for whoever needs to walk them, as the schema's generator does: the linker gathers the
 // entries.
@@ -240,7 +295,7 @@ std::span<const ClassTable *const> AllClasses();
 // Declares the operations of a class, and those of a class with ModifyInstance or methods, for its header. Arguments
 // are the CMPI objects of the request; `properties` ends with NULL, and NULL means all. The opaque handle of the
 // provider layer is never read.
-#define DECLARE_CLASS(C)                                                                                     \
+#define DECLARE_OPERATIONS(C)                                                                                \
     EXPORTED void PH_OEM_GI_##C(const CMPIBroker *broker, const CMPIContext *ctx, const CMPIObjectPath *cop, \
                                 const char **properties, const CMPIResult *rslt, CMPIStatus *status);        \
     EXPORTED void PH_OEM_EI_##C(const CMPIBroker *broker, const CMPIContext *ctx, const CMPIObjectPath *cop, \
@@ -256,9 +311,17 @@ std::span<const ClassTable *const> AllClasses();
     EXPORTED CMPIInstance *PH_OEM_MakeInst_##C(const CMPIBroker *broker, const CMPIContext *ctx,             \
                                                const CMPIObjectPath *cop, const char **properties,           \
                                                const C##Record *record, CMPIStatus *status);                 \
-    EXPORTED void PH_OEM_Clean_##C(C##Record **records);                                                     \
     EXPORTED CMPIArray *PH_OEM_##C##_GetInstArray(const CMPIObjectPath *cop, const CMPIBroker *broker,       \
                                                   const CMPIContext *ctx, const char **properties)
+
+#define DECLARE_CLASS(C)                                                                                     \
+    DECLARE_OPERATIONS(C);                                                                                   \
+    EXPORTED void PH_OEM_Clean_##C(C##Record **records)
+
+// For a class whose records own further blocks: it frees them itself, and needs their number for it.
+#define DECLARE_OWNING_CLASS(C)                                                                              \
+    DECLARE_OPERATIONS(C);                                                                                   \
+    EXPORTED void PH_OEM_Clean_##C(C##Record **records, int count)
 
 #define DECLARE_MODIFY(C)                                                                                    \
     EXPORTED CMPIStatus PH_OEM_MI_##C(const CMPIBroker *broker, void *handle, const CMPIContext *ctx,        \
@@ -272,13 +335,14 @@ std::span<const ClassTable *const> AllClasses();
 
 // Exports the operations of a class. It needs the tables `keys` and `properties`, and a text for the schema that says
 // what an instance is; further columns of the ClassTable follow as designated initialisers.
-#define EXPORT_CLASS(C, text, ...)                                                                                 \
+#define EXPORT_COLUMNS(C, text, keyColumns, propertyColumns, ...)                                            \
+    static_assert(sizeof(text "") > 1, "TRV_oVTA" #C " has no description");                                 \
     static constexpr ClassTable C##Class = {                                                                 \
         .name = #C,                                                                                          \
         .className = "TRV_oVTA" #C,                                                                          \
         FOR_SCHEMA(.description = text,)                                                                     \
         .recordSize = sizeof(C##Record),                                                                     \
-        .record = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>},                                \
+        .record = {__FILE__, __LINE__, keyColumns, propertyColumns},                                         \
         .enumerate = EnumerateUntyped<C##Record, PH_OEM_Enum_##C##_Instance>,                                \
         .clean = CleanUntyped<C##Record, PH_OEM_Clean_##C>,                                                  \
         __VA_ARGS__};                                                                                        \
@@ -308,12 +372,22 @@ std::span<const ClassTable *const> AllClasses();
                                       const C##Record *record, CMPIStatus *status) {                         \
         return MakeInstance(C##Class, broker, cop, wanted, record, status);                                  \
     }                                                                                                        \
-    void PH_OEM_Clean_##C(C##Record **records) { CleanRecords(C##Class, records); }                          \
     CMPIArray *PH_OEM_##C##_GetInstArray(const CMPIObjectPath *cop, const CMPIBroker *broker,                \
                                          const CMPIContext *ctx, const char **wanted) {                      \
         return GetInstArray(C##Class, cop, broker, ctx, wanted);                                             \
     }                                                                                                        \
     static_assert(true)
+
+#define EXPORT_OPERATIONS(C, text, ...)                                                                      \
+    EXPORT_COLUMNS(C, text, Untagged<keys>, Untagged<properties>, __VA_ARGS__)
+
+#define EXPORT_CLASS(C, text, ...)                                                                           \
+    EXPORT_OPERATIONS(C, text, __VA_ARGS__);                                                                 \
+    void PH_OEM_Clean_##C(C##Record **records) { CleanRecords(C##Class, records); }                          \
+    static_assert(true)
+
+// The same for a class that has its own PH_OEM_Clean_<C>, with the number of records.
+#define EXPORT_OWNING_CLASS(C, text, ...) EXPORT_OPERATIONS(C, text, __VA_ARGS__)
 
 // Exports PH_OEM_IM_<C>, behind EXPORT_CLASS, for a class that has `.methods`.
 #define EXPORT_METHODS(C)                                                                                    \

@@ -9,6 +9,9 @@
 #include <cstddef>
 #include <cstdint>
 
+// The result of a read whose index lies past the end of a list.
+constexpr int index_past_end = 0x113;
+
 // Reads a variable into `buffer` of `size` bytes, zeroed first: a short answer leaves the rest zero, a failed
 // read all of it. 0, or the back end's result. `completionCode` may be NULL.
 int ReadVariable(IpmiSession *session, std::uint16_t id, std::uint8_t index, void *buffer, std::uint16_t size,

@@ -9,19 +9,21 @@
 #include <cerrno>
 
 // Opens a library with lazy binding, or traces why not.
-inline void *OpenLibrary(const char *path) {
+inline void *OpenLibrary(const char *path, const char *file = __builtin_FILE(), int line = __builtin_LINE()) {
     void *library = dlopen(path, RTLD_LAZY);
     if (library == nullptr) {
-        TRACE(TraceFailure, "dlopen failed errno=%d", errno);
+        TRACE_FROM(file, line, TraceFailure, "dlopen failed errno=%d", errno);
     }
     return library;
 }
 
 // The function of that name, or NULL with a trace line.
-template <typename F> F *FindFunction(void *library, const char *name) {
+template <typename F>
+F *FindFunction(void *library, const char *name, const char *file = __builtin_FILE(),
+                int line = __builtin_LINE()) {
     auto *function = reinterpret_cast<F *>(dlsym(library, name));
     if (function == nullptr) {
-        TRACE(TraceFailure, "dlsym failed errno=%d", errno);
+        TRACE_FROM(file, line, TraceFailure, "dlsym failed errno=%d", errno);
     }
     return function;
 }

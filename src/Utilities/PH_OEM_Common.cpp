@@ -1,13 +1,17 @@
 #include "Utilities/PH_OEM_Common.h"
 
+#include "Utilities/CapabilitiesClass.h"
 #include "Utilities/HelperLibrary.h"
+#include "Utilities/NumericSensorTables.h"
 #include "Utilities/Owners.h"
 #include "Utilities/PH_OEM_SystemNames.h"
 #include "Utilities/Text.h"
 
 #include "libcorestore.h"
+#include "libzbr_cim.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <iterator>
 
@@ -29,11 +33,6 @@ bool OpenCoreDB(std::uint32_t &handle) {
     return true;
 }
 
-template <typename R> void Deliver(Block<R> &record, R **records, int *count) {
-    *records = record.release();
-    *count = 1;
-}
-
 } // namespace
 
 // --- Capabilities
@@ -41,34 +40,17 @@ template <typename R> void Deliver(Block<R> &record, R **records, int *count) {
 namespace {
 namespace capabilities {
 
-using R = CapabilitiesRecord;
+constexpr RecordTable table = {__FILE__, __LINE__, Untagged<capabilities_keys>,
+                               Untagged<capabilities_properties>};
 
-constexpr Key<R> keys[] = {
-    {"InstanceID", FIELD(R, InstanceID), "Identifies the capabilities. Core DB, capabilities: InstanceID."},
-};
-constexpr Property<R> properties[] = {
-    {"ElementName", CMPI_chars, FIELD(R, ElementName), "Name for people. Core DB, capabilities: ElementName.",
-     When::NotEmpty},
-    {"ElementNameEditSupported", CMPI_boolean, FIELD(R, ElementNameEditSupported),
-     "Whether clients may change ElementName. Core DB, capabilities: ElementNameEditSupported."},
-    {.name = "MaxElementNameLen",
-     .type = CMPI_uint16,
-     .field = FIELD(R, MaxElementNameLen),
-     .description = "Longest ElementName in characters, where it can be changed. Core DB, capabilities: "
-                    "MaxElementNameLen.",
-     .onlyIf = FIELD(R, ElementNameEditSupported)},
-    {"RequestedStatesSupported", CMPI_uint16A, FIELD(R, RequestedStatesSupported),
-     "States that clients may request. Core DB, capabilities: RequestedStatesSupported."},
-};
-constexpr RecordTable table = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>};
-
-void FillRecord(R &record, const CapabilitiesRow &row) {
+void FillRecord(CapabilitiesRecord &record, const CapabilitiesRow &row) {
     record.ElementNameEditSupported = static_cast<std::uint8_t>(row.ElementNameEditSupported);
     record.MaxElementNameLen = static_cast<std::uint16_t>(row.MaxElementNameLen);
     std::ranges::fill(record.RequestedStatesSupported, -1);
     char states[sizeof row.RequestedStatesSupported + 1];
     CopyText(states, row.RequestedStatesSupported);
-    FillValueList(states, record.RequestedStatesSupported, std::size(record.RequestedStatesSupported));
+    FillValueList("RequestedStatesSupported", states, record.RequestedStatesSupported,
+                  std::size(record.RequestedStatesSupported));
     CopyText(record.ElementName, row.ElementName);
 }
 
@@ -108,6 +90,34 @@ int PH_OEM_Common_EnumAll_ForCapabilities(const char *rowName, CapabilitiesRecor
 int PH_OEM_Common_MakeInst_ForCapabilites(const CMPIBroker *broker, const CMPIInstance *inst,
                                           const CapabilitiesRecord *record, const char **properties) {
     return SetRecord(capabilities::table, broker, inst, record, properties);
+}
+
+// --- Power supplies
+
+namespace {
+
+// The state bits of a discrete sensor; bit 15 isn't one of them.
+bool ReadState(IpmiSession *session, std::uint8_t sensorNumber, std::uint16_t &state) {
+    constexpr std::uint16_t state_bits = 0x7FFF;
+    state = 0;
+    if (ZBR_CIM_GetCompactSensorReading(session, sensorNumber, 0, &state, backend_timeout) != 0) {
+        return false;
+    }
+    state &= state_bits;
+    return true;
+}
+
+} // namespace
+
+int PH_OEM_Common_GetPSUPresentAndState(IpmiSession *session, const PsuRow *row, std::uint16_t *state) {
+    std::uint16_t presence;
+    std::uint16_t status;
+    if (!ReadState(session, row->PresenceSensor, presence) || presence != 1 ||
+        !ReadState(session, row->StatusSensor, status) || status == 1) {
+        return 0;
+    }
+    *state = status;
+    return 1;
 }
 
 // --- Protocol services and TCP endpoints
@@ -229,6 +239,8 @@ int PH_OEM_Common_EnumAll_ForProtocolService(const char *rowName, const char *cl
         TRACE(TraceFailure, "Failed in PH_Fill_ProtocolService");
         return -1;
     }
+    EndText(record->OtherProtocol);
+    EndText(record->ElementName);
     Deliver(record, records, count);
     return 0;
 }
@@ -241,7 +253,14 @@ int PH_OEM_Common_MakeInst_ForProtocolService(const CMPIBroker *broker, const CM
 int PH_OEM_Common_MakeInst_ForTCPProtocolEndpoint(const CMPIBroker *broker, const CMPIInstance *inst,
                                                   const TCPProtocolEndpointRow *row,
                                                   const char **properties) {
-    return SetRecord(tcp_endpoint::table, broker, inst, row, properties);
+    TCPProtocolEndpointRow ended = *row; // texts of another library may fill their fields
+    for (char(*text)[256] :
+         {&ended.SystemCreationClassName, &ended.CreationClassName, &ended.SystemName, &ended.Name}) {
+        EndText(*text);
+    }
+    EndText(ended.NameFormat);
+    EndText(ended.ElementName);
+    return SetRecord(tcp_endpoint::table, broker, inst, &ended, properties);
 }
 
 // --- Numeric sensors
@@ -249,38 +268,8 @@ int PH_OEM_Common_MakeInst_ForTCPProtocolEndpoint(const CMPIBroker *broker, cons
 namespace {
 namespace numeric_sensor {
 
-using R = NumericSensorRecord;
-
-constexpr Key<R> keys[] = {
-    {"SystemCreationClassName", FIELD(R, SystemCreationClassName), "Class of the system. Constant."},
-    {"SystemName", FIELD(R, SystemName), "Name of the base server: the chassis serial number."},
-    {"CreationClassName", FIELD(R, CreationClassName), "Class of the sensor. Constant."},
-    {"DeviceID", FIELD(R, DeviceID), "Name of the sensor. OEM DB, SDRs: sensor name."},
-};
-constexpr Property<R> properties[] = {
-    {"BaseUnits", CMPI_uint16, FIELD(R, BaseUnits), "Unit of CurrentReading and of the thresholds."},
-    {"Caption", CMPI_chars, FIELD(R, Caption), "Name for people."},
-    {"CurrentReading", CMPI_sint32, FIELD(R, CurrentReading),
-     "The reading in BaseUnits times ten to the power of UnitModifier. Sensor reading by the linear formula "
-     "of its SDR."},
-    {"CurrentState", CMPI_chars, FIELD(R, CurrentState),
-     "State of the sensor, one of PossibleStates. Sensor reading."},
-    {"ElementName", CMPI_chars, FIELD(R, ElementName), "Name for people."},
-    {"EnabledState", CMPI_uint16, FIELD(R, EnabledState), "Whether the sensor is enabled."},
-    {"RateUnits", CMPI_uint16, FIELD(R, RateUnits), "Unit of time, where the reading is a rate."},
-    {"RequestedState", CMPI_uint16, FIELD(R, RequestedState), "State that was last requested."},
-    {"UnitModifier", CMPI_sint32, FIELD(R, UnitModifier), "Power of ten that BaseUnits is multiplied by."},
-    {"HealthState", CMPI_uint16, FIELD(R, HealthState), "Health of what the sensor watches. Sensor reading."},
-    {"SensorType", CMPI_uint16, FIELD(R, SensorType), "What the sensor measures."},
-    {"EnabledThresholds", CMPI_uint16A, FIELD(R, EnabledThresholds), "Thresholds that are enabled."},
-    {"OperationalStatus", CMPI_uint16A, FIELD(R, OperationalStatus),
-     "Status of what the sensor watches. Sensor reading."},
-    {"SettableThresholds", CMPI_uint16A, FIELD(R, SettableThresholds), "Thresholds that clients may set."},
-    {"SupportedThresholds", CMPI_uint16A, FIELD(R, SupportedThresholds),
-     "Thresholds that the sensor has. OEM DB, SDRs."},
-    {"PossibleStates", CMPI_stringA, FIELD(R, PossibleStates), "States that the sensor can be in."},
-};
-constexpr RecordTable table = {__FILE__, __LINE__, Untagged<keys>, Untagged<properties>};
+constexpr RecordTable table = {__FILE__, __LINE__, Untagged<sensor_keys>,
+                               Untagged<numeric_sensor_properties>};
 
 // A 4-bit two's complement number.
 constexpr int SignedNibble(int nibble) {
@@ -292,7 +281,18 @@ constexpr int SignedNibble(int nibble) {
 
 int PH_OEM_Common_MakeInst_ForNumericSensors(const CMPIBroker *broker, const CMPIInstance *inst,
                                              const NumericSensorRecord *record, const char **properties) {
-    return SetRecord(numeric_sensor::table, broker, inst, record, properties);
+    return SetRecord(numeric_sensor::table, broker, inst, record, properties, sensor_instance_order);
+}
+
+std::int32_t TruncateReading(float value) {
+    constexpr float limit = 2147483648.0F;
+    if (std::isnan(value)) {
+        return 0;
+    }
+    if (value <= -limit) {
+        return INT32_MIN;
+    }
+    return value < limit ? static_cast<std::int32_t>(value) : INT32_MAX;
 }
 
 float ph_oem_power(int base, int exponent) {
@@ -306,7 +306,7 @@ float ph_oem_power(int base, int exponent) {
 
 float PH_OEM_ConvertLinearSensorReading(int reading, const FullSdrRow *row) {
     using numeric_sensor::SignedNibble;
-    if (row->Linear != 1) {
+    if (row == nullptr || row->Linear != 1) {
         TRACE(TraceFailure, "non linear sensor");
         return 0;
     }

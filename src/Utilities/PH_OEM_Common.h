@@ -7,6 +7,7 @@
 
 #include "Utilities/ClassFrame.h"
 
+#include "libCIMBaseHooks.h"
 #include "libClassHelper.h"
 #include "libzbr_cimcore.h"
 
@@ -26,6 +27,13 @@ EXPORTED int PH_OEM_Common_EnumAll_ForCapabilities(const char *rowName, Capabili
                                                    int *count, int namesOnly);
 EXPORTED int PH_OEM_Common_MakeInst_ForCapabilites(const CMPIBroker *broker, const CMPIInstance *inst,
                                                    const CapabilitiesRecord *record, const char **properties);
+
+// --- Power supplies
+
+// 1 when the unit of the row is there, with the state of its status sensor in *state; 0 when it isn't, or
+// when a sensor can't be read.
+EXPORTED int PH_OEM_Common_GetPSUPresentAndState(IpmiSession *session, const PsuRow *row,
+                                                 std::uint16_t *state);
 
 // --- Protocol services and TCP endpoints
 
@@ -84,6 +92,9 @@ EXPORTED int PH_OEM_Common_MakeInst_ForNumericSensors(const CMPIBroker *broker, 
 // The value of a raw reading, 0 to 255, by the IPMI standard's formula for linear sensors,
 // y = (M x + B 10^Bexp) 10^Rexp, in single precision. 0 for a sensor that isn't linear.
 EXPORTED float PH_OEM_ConvertLinearSensorReading(int reading, const FullSdrRow *row);
+
+// A reading cut to an integer, towards zero; one beyond 32 bits gives the nearest that there is.
+std::int32_t TruncateReading(float value);
 
 // base to the power of exponent, multiplied factor by factor in single precision; the reciprocal of that for
 // a negative exponent.

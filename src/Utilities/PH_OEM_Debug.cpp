@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <cstdarg>
+#include <poll.h>
 #include <sys/ipc.h>
 #include <sys/msg.h>
 #include <unistd.h>
@@ -55,29 +56,41 @@ bool SendRegistration(key_t key) {
     return queue != -1 && msgsnd(queue, &registration, sizeof registration.body, 0) == 0;
 }
 
-// Runs until the process ends. The body of a notification isn't read: a message of the right type only asks
-// for the mask to be loaded again.
-void *ReceiveNotifications(void *) {
-    const long pid = getpid();
+int OpenNotificationQueue() {
     const key_t key = QueueKey(NotificationQueue);
     if (key == -1) {
-        return nullptr;
+        return -1;
     }
-    int queue;
-    {
-        const MutexLock lock{LockedMutex(&ph_oem_notify_mutex)};
-        queue = OpenQueue(key);
+    const MutexLock lock{LockedMutex(&ph_oem_notify_mutex)};
+    return OpenQueue(key);
+}
+
+// Waits for a queue that was removed to come back: trying again on its dead id could never succeed, and would
+// only burn a core.
+int ReopenNotificationQueue() {
+    constexpr int once_a_second = 1000;
+    int queue = -1;
+    while (queue == -1) {
+        poll(nullptr, 0, once_a_second);
+        queue = OpenNotificationQueue();
     }
+    return queue;
+}
+
+// Runs until the process ends. The body of a notification isn't read, however long: a message of the right
+// type only asks for the mask to be loaded again.
+void *ReceiveNotifications(void *) {
+    const long pid = getpid();
+    int queue = OpenNotificationQueue();
     if (queue == -1) {
         return nullptr;
     }
     for (;;) {
         NotifyMessage notification;
-        if (msgrcv(queue, &notification, sizeof notification.body, pid, 0) != -1) {
+        if (msgrcv(queue, &notification, sizeof notification.body, pid, MSG_NOERROR) != -1) {
             zbr_debugmaskreconfig();
         } else if (errno == EIDRM || errno == EINVAL) {
-            // The queue is gone and no retry can succeed: trying again at once would only burn a core.
-            return nullptr;
+            queue = ReopenNotificationQueue();
         }
     }
 }
@@ -118,6 +131,8 @@ EXPORTED int zbr_debughook_readconfig(std::uint16_t id, std::uint8_t index, void
                                         backend_timeout) != 0) {
         return 19;
     }
-    *returned = delivered;
+    if (returned != nullptr) {
+        *returned = delivered;
+    }
     return 0;
 }

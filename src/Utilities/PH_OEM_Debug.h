@@ -20,7 +20,7 @@ enum TraceLevel : int {
 // the diagnostic library, which owns the last two words and may write the enable word at any time.
 EXPORTED_DATA ZbrDebugDescriptor zbr_debug_oemcim;
 
-// Held only while one of the two message queues is opened.
+// Held only while one of the two message queues is opened and the registration sent.
 EXPORTED_DATA pthread_mutex_t ph_oem_notify_mutex;
 
 // Writes one trace line, printf style. `file` is the path below src/. Binds the descriptor on its first use.

@@ -1,12 +1,14 @@
 #include "Utilities/PH_OEM_ModifiableProperties.h"
 
 #include "Utilities/ConfigSpace.h"
+#include "Utilities/DayTimes.h"
 #include "Utilities/HelperLibrary.h"
 #include "Utilities/Owners.h"
 #include "Utilities/PH_OEM_Values.h"
 
 #include "libzbr_cim.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
@@ -124,46 +126,42 @@ int PH_OEM_ModifyCSVProperty(const CMPIBroker *, IpmiSession *session, CMPIData 
 
 // --- The flow
 
-namespace {
+#define TRACE_MODIFICATION(level, ...)                                                                       \
+    TRACE_FROM(modification.table.record.file, modification.table.record.line, level, __VA_ARGS__)
 
-// What one ModifyInstance carries from step to step. The lists are large; they lie on the stack of the call.
-struct Modification {
-    const ClassTable &table;
-    const ModifyTable &modify;
-    const CMPIBroker *broker;
-    const CMPIInstance *inst;
-    CMPIStatus status;
-};
-
-constexpr CMPIStatus success = {CMPI_RC_OK, nullptr};
-
-// Sets the status with its text; false, for the step that failed to return.
-bool Refuse(Modification &modification, const StatusText &text, const char *argument = "") {
+bool Refuse(Modification &modification, const StatusText &text, const char *argument, int result) {
     if (text.format == nullptr) {
         return false;
     }
-    char message[REFUSED_PROPERTIES_SIZE + 128];
+    char message[ModifyTexts{}.limit];
+    const std::size_t size = std::min(sizeof message, modification.modify.texts.limit);
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-#pragma GCC diagnostic ignored "-Wformat-security"
-    // The formats are those of the tables; all have room for two texts, of which the second is always empty.
-    std::snprintf(message, sizeof message, text.format, argument, "");
+    // The formats are those of the tables: a text, and behind it perhaps a number.
+    std::snprintf(message, size, text.format, argument, static_cast<unsigned>(result));
 #pragma GCC diagnostic pop
     SetStatus(modification.broker, &modification.status, text.rc, message);
-    TRACE_FROM(modification.table.record.file, modification.table.record.line, TraceFailure, "%s", message);
+    TRACE_MODIFICATION(TraceFailure, "%s (ret=%d)", message, result);
     return false;
 }
+
+namespace {
 
 bool CheckPath(Modification &modification, const CMPIObjectPath *cop) {
     const ClassTable &table = modification.table;
     const char *names[max_keys];
     CMPIString *keyValues[max_keys];
-    return PH_OEM_CheckForValidObjectPath(modification.broker, cop, KeyNames(table, names), keyValues,
-                                          static_cast<int>(table.record.keys.size()),
-                                          &modification.status) == 0;
+    if (PH_OEM_CheckForValidObjectPath(modification.broker, cop, KeyNames(table, names), keyValues,
+                                       static_cast<int>(table.record.keys.size()),
+                                       &modification.status) != 0) {
+        TRACE_MODIFICATION(TraceFailure, "Failed in CheckForValidObjectPath\n");
+        return false;
+    }
+    return true;
 }
 
-// What the client changes, into `changes`.
+} // namespace
+
 bool SortChanges(Modification &modification, const CMPIContext *ctx, const CMPIObjectPath *cop,
                  const char **properties, ModifiablePropertyList &changes) {
     const ModifyTexts &texts = modification.modify.texts;
@@ -184,14 +182,35 @@ bool SortChanges(Modification &modification, const CMPIContext *ctx, const CMPIO
         ++defaults.count;
     }
     char refused[REFUSED_PROPERTIES_SIZE + 1] = {}; // ends also when the helper fills it
-    if (PH_OEM_getModifiableProperties(modification.inst, current, properties, &defaults, &changes,
-                                       refused) != 0) {
-        return Refuse(modification, texts.notSorted, refused);
+    const int result =
+        PH_OEM_getModifiableProperties(modification.inst, current, properties, &defaults, &changes, refused);
+    if (result != 0) {
+        return Refuse(modification, texts.notSorted, refused, result);
     }
     if (refused[0] != '\0') {
         return Refuse(modification, texts.refused, refused);
     }
     return true;
+}
+
+bool OpenSession(Modification &modification, IpmiSession *session) {
+    if (PH_OEM_CreateIPMISession(session) == 0) {
+        return true;
+    }
+    if (modification.modify.texts.noSession.format == nullptr) {
+        TRACE_MODIFICATION(TraceFailure, "Create IPMI session failed");
+    }
+    return Refuse(modification, modification.modify.texts.noSession);
+}
+
+namespace {
+
+// Reads the new value: a text by the pointer form of the getter, since the other copies without a bound.
+bool ReadNewValue(const CMPIInstance *inst, const ModifiableProperty &property, CMPIValue &value) {
+    const bool isText = property.readAs == CMPI_chars || property.readAs == CMPI_string;
+    const CMPIType type = isText ? CMPIType{CMPI_string} : property.readAs;
+    return ZBR_CIM_GetValueFromInstance(inst, property.name, &value, type) == 0 &&
+           (!isText || value.chars != nullptr);
 }
 
 // Writes the value that was read; 0 on success.
@@ -200,57 +219,64 @@ int Write(IpmiSession *session, const ModifiableProperty &property, CMPIValue va
         return property.write(session, value);
     }
     switch (property.written) {
-    case Written::AsRead: break;
+    case Written::AsRead:
+    case Written::ByType: break;
     case Written::ZeroOrOne: value.boolean = value.boolean != 0; break;
-    case Written::Minutes: value.uint64 /= 60'000'000; break;
+    case Written::Minutes: value.uint64 /= microseconds_per_minute; break;
     case Written::Text: return WriteText(session, property.id, 0, value.chars);
     }
     return WriteVariable(session, property.id, 0, &value, property.width);
 }
 
-bool ApplyChange(Modification &modification, IpmiSession *session, const ModifiableProperty &property) {
+} // namespace
+
+bool ApplyChange(Modification &modification, IpmiSession *session, const ModifiableProperty &property,
+                 const CMPIData &data) {
     const ModifyTexts &texts = modification.modify.texts;
+    const char *writtenName = property.writtenName != nullptr ? property.writtenName : property.name;
+    if (property.written == Written::ByType) {
+        return PH_OEM_ModifyCSVProperty(modification.broker, session, data, property.id) == 0 ||
+               Refuse(modification, texts.unwritable, writtenName, -1);
+    }
     CMPIValue value{};
-    if (ZBR_CIM_GetValueFromInstance(modification.inst, property.name, &value, property.readAs) != 0) {
+    if (!ReadNewValue(modification.inst, property, value)) {
         return Refuse(modification, texts.unreadable, property.name);
     }
-    if (Write(session, property, value) != 0) {
-        return Refuse(modification, texts.unwritable,
-                      property.writtenName != nullptr ? property.writtenName : property.name);
+    const int result = Write(session, property, value);
+    return result == 0 || Refuse(modification, texts.unwritable, writtenName, result);
+}
+
+bool ApplyChanges(Modification &modification, IpmiSession *session, const ModifiablePropertyList &changes) {
+    constexpr int room = std::size(ModifiablePropertyList{}.entries);
+    for (int i = 0; i < changes.count && i < room; ++i) {
+        const auto &change = changes.entries[i];
+        for (const ModifiableProperty &property : modification.modify.properties) {
+            if (std::strncmp(change.name, property.name, sizeof change.name) == 0 &&
+                !ApplyChange(modification, session, property, change.data)) {
+                return false;
+            }
+        }
     }
     return true;
 }
 
-void ApplyChanges(Modification &modification, const ModifiablePropertyList &changes) {
-    IpmiSession session{};
-    const SessionOwner owner{&session};
-    if (PH_OEM_CreateIPMISession(&session) != 0) {
-        TRACE_FROM(modification.table.record.file, modification.table.record.line, TraceFailure,
-                   "Create IPMI session failed");
-        Refuse(modification, modification.modify.texts.noSession);
-        return;
-    }
-    constexpr int room = std::size(ModifiablePropertyList{}.entries);
-    for (int i = 0; i < changes.count && i < room; ++i) {
-        for (const ModifiableProperty &property : modification.modify.properties) {
-            if (std::strncmp(changes.entries[i].name, property.name, sizeof changes.entries[i].name) == 0 &&
-                !ApplyChange(modification, &session, property)) {
-                return;
-            }
-        }
-    }
-}
-
-} // namespace
-
 CMPIStatus ModifyInstance(const ClassTable &table, const ModifyTable &modify, const CMPIBroker *broker,
                           const CMPIContext *ctx, const CMPIObjectPath *cop, const CMPIInstance *inst,
                           const char **properties) {
-    TRACE_FROM(table.record.file, table.record.line, TraceProgress, "Entering PH_OEM_MI_%s", table.name);
-    Modification modification{table, modify, broker, inst, success};
+    Modification modification{table, modify, broker, inst};
+    TRACE_MODIFICATION(TraceProgress, "Entering PH_OEM_MI_%s", table.name);
     ModifiablePropertyList changes{};
-    if (SortChanges(modification, ctx, cop, properties, changes) && changes.count > 0) {
-        ApplyChanges(modification, changes);
+    if (!SortChanges(modification, ctx, cop, properties, changes)) {
+        return modification.status;
+    }
+    if (changes.count < 1) {
+        TRACE_MODIFICATION(TraceProgress, "No modifiable property is found");
+        return modification.status;
+    }
+    IpmiSession session{};
+    const SessionOwner owner{&session};
+    if (OpenSession(modification, &session)) {
+        ApplyChanges(modification, &session, changes);
     }
     return modification.status;
 }

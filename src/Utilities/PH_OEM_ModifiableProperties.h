@@ -43,13 +43,14 @@ enum class Written : std::uint8_t {
     ZeroOrOne, // 1 when it isn't 0
     Minutes,   // a date-time's microseconds as whole minutes
     Text,      // the characters without a NUL; the length is cut to 8 bits
+    ByType,    // through PH_OEM_ModifyCSVProperty, from the list of changes rather than from the instance
 };
 
 // A property that a client may change, and where it goes.
 struct ModifiableProperty {
     const char *name;
     CMPIType readAs;
-    std::uint16_t id;       // of the configuration variable, index 0
+    std::uint16_t id = 0;   // of the configuration variable, index 0
     std::uint8_t width = 0; // bytes written; not for text
     Written written = Written::AsRead;
     // In place of the variable: writes the value, 0 on success.
@@ -58,7 +59,8 @@ struct ModifiableProperty {
     const char *writtenName = nullptr;
 };
 
-// A status: rc, and a message with the property's name, or the refused names, for its %s.
+// A status: rc, and a message with the property's name, or the refused names, for its %s. The message of a
+// failed write may have a %x or %d behind it, for the result.
 struct StatusText {
     CMPIrc rc;
     const char *format;
@@ -72,6 +74,7 @@ struct ModifyTexts {
     StatusText noSession;  // a NULL text leaves rc 0: the failure is only traced
     StatusText unreadable; // a new value can't be read
     StatusText unwritable;
+    std::size_t limit = 512; // size of the buffer that a message is formed in
 };
 
 // Which first steps come before the list of changes.
@@ -98,11 +101,36 @@ constexpr ModifyTexts check_path_texts = {
 constexpr ModifyTexts current_instance_texts = {
     .noInstance = {CMPI_RC_ERR_NOT_FOUND, "Instance is not found"},
     .notSorted = {CMPI_RC_ERR_FAILED, "failed to retreive modifiable propeties"},
-    .refused = {CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Property: %s "},
-    .noSession = {CMPI_RC_ERR_FAILED, "Create IPMI session failed"},
-    .unreadable = {CMPI_RC_ERR_INVALID_PARAMETER, "failed to get the %s value for the target instance"},
-    .unwritable = {CMPI_RC_ERR_FAILED, "failed to set the %s value for the target instance"},
+    .refused = check_path_texts.refused,
+    .noSession = check_path_texts.noSession,
+    .unreadable = check_path_texts.unreadable,
+    .unwritable = check_path_texts.unwritable,
 };
+
+// What one ModifyInstance carries from step to step.
+struct Modification {
+    const ClassTable &table;
+    const ModifyTable &modify;
+    const CMPIBroker *broker;
+    const CMPIInstance *inst;
+    CMPIStatus status = {CMPI_RC_OK, nullptr};
+};
+
+// The steps of the flow, for a class that departs from it; each is false when the operation is to end with
+// the status as it stands.
+//
+// Sets the status with its text, and traces it; always false. A NULL text leaves the status alone.
+bool Refuse(Modification &modification, const StatusText &text, const char *argument = "", int result = 0);
+// Finds out what the client changes.
+bool SortChanges(Modification &modification, const CMPIContext *ctx, const CMPIObjectPath *cop,
+                 const char **properties, ModifiablePropertyList &changes);
+// Opens the session of the caller, who closes it.
+bool OpenSession(Modification &modification, IpmiSession *session);
+// Reads one new value and writes it.
+bool ApplyChange(Modification &modification, IpmiSession *session, const ModifiableProperty &property,
+                 const CMPIData &data);
+// Applies all changes in their order, up to the first failure.
+bool ApplyChanges(Modification &modification, IpmiSession *session, const ModifiablePropertyList &changes);
 
 // ModifyInstance of a class, with the arguments of its PH_OEM_MI_<C>.
 CMPIStatus ModifyInstance(const ClassTable &table, const ModifyTable &modify, const CMPIBroker *broker,
@@ -111,11 +139,11 @@ CMPIStatus ModifyInstance(const ClassTable &table, const ModifyTable &modify, co
 
 // clang-format off
 
-// Exports PH_OEM_MI_<C>, behind EXPORT_CLASS.
-#define EXPORT_MODIFY(C, modify)                                                                             \
+// Exports PH_OEM_MI_<C>, behind EXPORT_CLASS, for a class that has `.modify`.
+#define EXPORT_MODIFY(C)                                                                                     \
     CMPIStatus PH_OEM_MI_##C(const CMPIBroker *broker, void *, const CMPIContext *ctx,                       \
                              const CMPIObjectPath *cop, const CMPIInstance *inst, const char **wanted) {     \
-        return ModifyInstance(C##Class, modify, broker, ctx, cop, inst, wanted);                             \
+        return ModifyInstance(C##Class, *C##Class.modify, broker, ctx, cop, inst, wanted);                   \
     }                                                                                                        \
     static_assert(true)
 // clang-format on

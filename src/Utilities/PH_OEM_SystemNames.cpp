@@ -129,18 +129,20 @@ void TraceUnread(const char *name, int result, std::uint8_t completionCode) {
 
 void ReadFlag(IpmiSession *session, std::uint16_t id, const char *name, std::uint8_t &flag) {
     std::uint8_t completionCode = 0;
-    TraceUnread(name, ReadNumber(session, id, 0, flag, &completionCode), completionCode);
+    const int result = ReadNumber(session, id, 0, flag, &completionCode);
+    TraceUnread(name, result, completionCode);
 }
 
 void ReadName(IpmiSession *session, std::uint16_t id, const char *name, char (&text)[name_size]) {
     std::uint8_t completionCode = 0;
-    TraceUnread(name, ReadText(session, id, 0, text, &completionCode), completionCode);
+    const int result = ReadText(session, id, 0, text, &completionCode);
+    TraceUnread(name, result, completionCode);
 }
 
 // Appends what fits.
-void Append(char *dst, std::size_t size, const char *text) {
+template <std::size_t N> void Append(char *dst, std::size_t size, const char (&text)[N]) {
     const std::size_t length = strnlen(dst, size - 1);
-    CopyBounded(dst + length, size - length, text, size);
+    CopyBounded(dst + length, size - length, text, N);
 }
 
 } // namespace

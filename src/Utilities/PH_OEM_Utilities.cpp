@@ -185,13 +185,14 @@ int PH_OEM_SendIPMICommand(std::uint8_t netFnLun, std::uint8_t cmd, const std::u
         TRACE(TraceFailure, "Create IPMI session failed");
         return -1;
     }
-    std::uint8_t buffer[response_limit];
-    buffer[0] = 0; // the completion code of a command that brought no response
+    std::uint8_t buffer[response_limit] = {}; // a failed command may bring nothing
     std::uint32_t length = response_limit;
     const int result = LIBIPMI_Send_RAW_IPMI2_0_Command(&session, 0, netFnLun, cmd, request, requestLength,
                                                         buffer, &length, backend_timeout);
     *responseLength = std::min({*responseLength, length, response_limit});
-    std::memcpy(response, buffer, *responseLength);
+    if (response != nullptr) {
+        std::memcpy(response, buffer, *responseLength);
+    }
     if (result != 0) {
         TRACE(TraceFailure, "Send IPMI Command failed. NetFnLun=0x%02x, Cmd=0x%02x, CC=0x%02x, ret=0x%x\n",
               netFnLun, cmd, buffer[0], static_cast<unsigned>(result));
@@ -208,6 +209,7 @@ namespace {
 constexpr CMPIType integer_types = 0x90;
 
 int RefusePath(const CMPIBroker *broker, CMPIStatus *status, CMPIrc rc, const char *message) {
+    TRACE(TraceFailure, "%s", message);
     SetStatus(broker, status, rc, message);
     return -1;
 }
@@ -238,8 +240,8 @@ int PH_OEM_CheckForValidObjectPath(const CMPIBroker *broker, const CMPIObjectPat
         if (key.type != CMPI_string && (key.type & integer_types) == 0) {
             return RefusePath(broker, status, CMPI_RC_ERR_TYPE_MISMATCH, "Invalid Data Type");
         }
-        const int position =
-            name == nullptr ? -1 : KeyPosition(keyList, keyCount, CMGetCharsPtr(name, nullptr));
+        const char *nameText = name == nullptr ? nullptr : CMGetCharsPtr(name, nullptr);
+        const int position = nameText == nullptr ? -1 : KeyPosition(keyList, keyCount, nameText);
         if (position < 0) {
             return RefusePath(broker, status, CMPI_RC_ERR_NO_SUCH_PROPERTY, "No Such Key Property");
         }
@@ -296,6 +298,9 @@ char *DuplicateText(const char *text) {
 } // namespace
 
 int PH_OEM_GetArrayCount(const char *text, char ***items, std::uint16_t *count) {
+    if (items == nullptr || count == nullptr) {
+        return -1;
+    }
     *count = 0;
     if (text == nullptr || *text == '\0') {
         return 0;
@@ -328,15 +333,26 @@ int PH_OEM_GetArrayCount(const char *text, char ***items, std::uint16_t *count) 
     return 0;
 }
 
-void FillValueList(const char *text, std::int32_t *list, std::size_t max) {
+namespace {
+
+// strtol, cut to what an entry holds on 32-bit and 64-bit processors alike.
+std::int32_t NumberOf(const char *text) {
+    return static_cast<std::int32_t>(
+        std::clamp<long long>(std::strtoll(text, nullptr, 10), INT32_MIN, INT32_MAX));
+}
+
+} // namespace
+
+void FillValueList(const char *name, const char *text, std::int32_t *list, std::size_t max) {
     char **items = nullptr;
     std::uint16_t count = 0;
-    if (PH_OEM_GetArrayCount(text, &items, &count) != 0 || items == nullptr) {
+    if (PH_OEM_GetArrayCount(text, &items, &count) != 0) {
+        TRACE(TraceFailure, "%s can't be split into its numbers", name);
         return;
     }
     for (std::size_t i = 0; i < std::min<std::size_t>(count, max); ++i) {
         if (items[i] != nullptr) {
-            list[i] = static_cast<std::int32_t>(std::strtol(items[i], nullptr, 10));
+            list[i] = NumberOf(items[i]);
         }
     }
     FreeItems(items, count);
@@ -344,7 +360,7 @@ void FillValueList(const char *text, std::int32_t *list, std::size_t max) {
 
 CMPIArray *DupValueList(const CMPIBroker *broker, const std::int32_t *list, std::size_t max) {
     CMPICount count = 0;
-    while (count < max && list[count] >= 0) {
+    while (list != nullptr && count < max && list[count] >= 0) {
         ++count;
     }
     if (count == 0) {
@@ -380,7 +396,13 @@ template <typename TextAt> CMPIArray *TextArray(const CMPIBroker *broker, CMPICo
         return nullptr;
     }
     for (CMPICount i = 0; i < count; ++i) {
-        CMSetArrayElementAt(array, i, reinterpret_cast<const CMPIValue *>(textAt(i)), CMPI_chars);
+        const CMPIStatus set =
+            CMSetArrayElementAt(array, i, reinterpret_cast<const CMPIValue *>(textAt(i)), CMPI_chars);
+        if (set.rc != CMPI_RC_OK) {
+            // Some CIM servers take nothing but strings in an array of strings.
+            CMPIString *string = CMNewString(broker, textAt(i), nullptr);
+            CMSetArrayElementAt(array, i, reinterpret_cast<const CMPIValue *>(&string), CMPI_string);
+        }
     }
     return array;
 }
@@ -401,7 +423,7 @@ CMPIArray *PH_OEM_Dup_const_string_Array(const CMPIBroker *broker, const char *b
 
 CMPIArray *DupPointerList(const CMPIBroker *broker, const char *const *list, std::size_t max) {
     CMPICount count = 0;
-    while (count < max && list[count] != nullptr) {
+    while (list != nullptr && count < max && list[count] != nullptr) {
         ++count;
     }
     return TextArray(broker, count, [=](CMPICount i) { return list[i]; });
@@ -422,7 +444,9 @@ void SetStatus(const CMPIBroker *broker, CMPIStatus *status, CMPIrc rc, const ch
 
 namespace {
 
-CMPIStatus NotSupported(const CMPIBroker *broker) {
+CMPIStatus NotSupported(const CMPIBroker *broker, const char *operation) {
+    TRACE(TraceProgress, "Entering %s", operation);
+    TRACE(TraceFailure, "CIM_ERR_NOT_SUPPORTED");
     CMPIStatus status;
     SetStatus(broker, &status, CMPI_RC_ERR_NOT_SUPPORTED, "CIM_ERR_NOT_SUPPORTED");
     return status;
@@ -433,22 +457,22 @@ CMPIStatus NotSupported(const CMPIBroker *broker) {
 CMPIStatus PH_OEM_CreateInstance_Association(CMPIInstanceMI *, const CMPIContext *, const CMPIResult *,
                                              const CMPIObjectPath *, const CMPIInstance *,
                                              const CMPIBroker *broker) {
-    return NotSupported(broker);
+    return NotSupported(broker, __func__);
 }
 
 CMPIStatus PH_OEM_SetInstance_Association(CMPIInstanceMI *, const CMPIContext *, const CMPIResult *,
                                           const CMPIObjectPath *, const CMPIInstance *, const char **,
                                           const CMPIBroker *broker) {
-    return NotSupported(broker);
+    return NotSupported(broker, __func__);
 }
 
 CMPIStatus PH_OEM_DeleteInstance_Association(CMPIInstanceMI *, const CMPIContext *, const CMPIResult *,
                                              const CMPIObjectPath *, const CMPIBroker *broker) {
-    return NotSupported(broker);
+    return NotSupported(broker, __func__);
 }
 
 CMPIStatus PH_OEM_ExecQuery_Association(CMPIInstanceMI *, const CMPIContext *, const CMPIResult *,
                                         const CMPIObjectPath *, const char *, const char *,
                                         const CMPIBroker *broker) {
-    return NotSupported(broker);
+    return NotSupported(broker, __func__);
 }

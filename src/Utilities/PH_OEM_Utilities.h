@@ -49,6 +49,11 @@ EXPORTED int PH_OEM_SendIPMICommand(std::uint8_t netFnLun, std::uint8_t cmd, con
                                     std::uint32_t requestLength, std::uint8_t *response,
                                     std::uint32_t *responseLength);
 
+// Net function and LUN of the commands that are sent: the chassis commands of the IPMI standard, and those of
+// this service processor, whose requests begin with the same three bytes.
+constexpr std::uint8_t chassis_netfn = 0x00;
+constexpr std::uint8_t oem_netfn = 0xB8;
+
 // --- The request's object path
 
 // Checks the keys of `cop` against `keyList` and stores the CMPIString of each in `keyValues`, in the order
@@ -82,10 +87,10 @@ EXPORTED CMPIArray *PH_OEM_Dup_variable_string_Array(const CMPIBroker *broker, c
 CMPIArray *DupValueList(const CMPIBroker *broker, const std::int32_t *list, std::size_t max);
 CMPIArray *DupPointerList(const CMPIBroker *broker, const char *const *list, std::size_t max);
 
-// Puts the numbers of a comma text into a value list of `max` entries, each at its own position; an empty
-// token leaves its entry as it was, and numbers behind the last entry are dropped. A failed split leaves the
-// list as it is.
-void FillValueList(const char *text, std::int32_t *list, std::size_t max);
+// Puts the numbers of the comma text called `name` into a value list of `max` entries, each at its own
+// position; an empty token leaves its entry as it was, and numbers behind the last entry are dropped. A
+// failed split leaves the list as it is.
+void FillValueList(const char *name, const char *text, std::int32_t *list, std::size_t max);
 
 // --- Status
 

@@ -3,6 +3,7 @@
 #include "Utilities/Owners.h"
 #include "Utilities/PH_OEM_Debug.h"
 #include "Utilities/PH_OEM_Utilities.h"
+#include "Utilities/Text.h"
 
 #include "libzbr_cim.h"
 
@@ -31,26 +32,38 @@ const char *MessageText(const CMPIStatus &status) {
     return text == nullptr ? "" : text;
 }
 
-// Sets element `i` to a string; a missing text leaves the element null.
-void SetTextElement(const CMPIBroker *broker, CMPIArray *array, CMPICount i, const char *text) {
+// The longest text in place that is looked at.
+constexpr std::size_t text_limit = 512;
+
+// Sets element `i` to a string; a missing text leaves the element null. A text in place ends with its `limit`
+// bytes.
+void SetTextElement(const CMPIBroker *broker, CMPIArray *array, CMPICount i, const char *text,
+                    std::size_t limit = text_limit) {
     if (text == nullptr) {
         return;
     }
+    char ended[text_limit + 1];
+    if (limit < text_limit && strnlen(text, limit) == limit) {
+        CopyBounded(ended, sizeof ended, text, limit);
+        text = ended;
+    }
     CMPIString *string = CMNewString(broker, text, nullptr);
-    CMSetArrayElementAt(array, i, AsValue(&string), CMPI_string);
+    if (string != nullptr) {
+        CMSetArrayElementAt(array, i, AsValue(&string), CMPI_string);
+    }
 }
+
+} // namespace
 
 CMPIDateTime *NewDateTime(const CMPIBroker *broker, std::uint64_t microseconds, int flags) {
     return CMNewDateTimeFromBinary(broker, microseconds, (flags & PH_OEM_PROP_INTERVAL) != 0 ? 1 : 0,
                                    nullptr);
 }
 
-} // namespace
-
 // --- Arrays and properties
 
 CMPIArray *PH_OEM_NewArray(const CMPIBroker *broker, const void *data, int stride, int count, CMPIType type) {
-    const CMPICount size = count < 1 ? 0 : static_cast<CMPICount>(count);
+    const CMPICount size = count < 1 || data == nullptr ? 0 : static_cast<CMPICount>(count);
     const CMPIType elementType = ElementType(type);
     CMPIStatus st = {CMPI_RC_OK, nullptr};
     CMPIArray *array = CMNewArray(broker, size, elementType, &st);
@@ -77,10 +90,7 @@ CMPIArray *PH_OEM_NewArray(const CMPIBroker *broker, const void *data, int strid
     return array;
 }
 
-namespace {
-
-// Bytes of an element in the data of ph_oem_create_array; 0 for types that it refuses.
-std::size_t ElementSize(CMPIType arrayType) {
+std::size_t ArrayElementSize(CMPIType arrayType) {
     switch (arrayType) {
     case CMPI_booleanA:
     case CMPI_uint8A:
@@ -97,10 +107,12 @@ std::size_t ElementSize(CMPIType arrayType) {
     }
 }
 
+namespace {
+
 // A new array of `count` elements that lie back to back; texts in place lie `stride` bytes apart.
 CMPIArray *ph_oem_create_array(const CMPIBroker *broker, const void *data, int count, CMPIType type,
                                int flags, int stride) {
-    const std::size_t size = ElementSize(type);
+    const std::size_t size = ArrayElementSize(type);
     if (size == 0) {
         TRACE(TraceFailure, "Not supported type(%d)", type);
         return nullptr;
@@ -118,12 +130,16 @@ CMPIArray *ph_oem_create_array(const CMPIBroker *broker, const void *data, int c
     const char *place = static_cast<const char *>(data);
     for (CMPICount i = 0; i < elements; ++i, place += step) {
         if (type == CMPI_stringA) {
-            SetTextElement(broker, array, i, inPlace ? place : ValueAt<const char *>(place));
+            inPlace ? SetTextElement(broker, array, i, place, step)
+                    : SetTextElement(broker, array, i, ValueAt<const char *>(place));
             continue;
         }
         CMPIValue value{};
         if (type == CMPI_dateTimeA) {
             value.dateTime = NewDateTime(broker, ValueAt<std::uint64_t>(place), flags);
+            if (value.dateTime == nullptr) {
+                continue;
+            }
         } else {
             ZBR_CIM_CreateCMPIValue(&value, place, elementType);
         }
@@ -162,6 +178,10 @@ int PH_OEM_SetProperty(const CMPIBroker *broker, const CMPIInstance *inst, const
             return SetAndTrace(inst, name, nullptr, type);
         }
         converted.dateTime = NewDateTime(broker, microseconds, flags);
+        if (converted.dateTime == nullptr) {
+            TRACE(TraceFailure, "Failed to create a date-time for %s", name);
+            return -1;
+        }
     } else {
         ZBR_CIM_CreateCMPIValue(&converted, value, type);
     }
@@ -181,7 +201,8 @@ template <typename Ends> int LengthOfList(int count, Ends ends) {
 
 // A uint16 array of a value list.
 CMPIArray *ArrayOfValueList(const CMPIBroker *broker, const std::int32_t *list, int count, int flags) {
-    const int length = LengthOfList(count, [&](int i) { return list[i] < 0; });
+    const auto at = [=](int i) { return ValueAt<std::int32_t>(list + i); };
+    const int length = LengthOfList(count, [=](int i) { return at(i) < 0; });
     const Block<std::uint16_t> values{static_cast<std::uint16_t *>(
         std::malloc((static_cast<std::size_t>(length) + 1) * sizeof(std::uint16_t)))};
     if (values == nullptr) {
@@ -189,7 +210,7 @@ CMPIArray *ArrayOfValueList(const CMPIBroker *broker, const std::int32_t *list, 
         return nullptr;
     }
     for (int i = 0; i < length; ++i) {
-        values.get()[i] = static_cast<std::uint16_t>(list[i]);
+        values.get()[i] = static_cast<std::uint16_t>(at(i));
     }
     return ph_oem_create_array(broker, values.get(), length, CMPI_uint16A, flags, 0);
 }
@@ -293,7 +314,8 @@ int PH_OEM_ConvertUnixTimetoDMTFDateTimeFormat(time_t time, char *out) {
     tm broken{};
     char local[32];
     char zone[16];
-    if (time < 1 || localtime_r(&time, &broken) == nullptr ||
+    tzset(); // localtime_r doesn't look whether the zone was changed
+    if (time < 1 || out == nullptr || localtime_r(&time, &broken) == nullptr ||
         strftime(local, sizeof local, "%Y%m%d%H%M%S.000000", &broken) == 0) {
         return -1;
     }
@@ -333,6 +355,9 @@ int PH_OEM_GetFruCustomField(const char *text, int index, char *out, int size) {
 }
 
 void PH_OEM_ConvertIPorMACnumToStr(const std::uint8_t *bytes, int, char *out, const char *separator) {
+    if (bytes == nullptr || out == nullptr || separator == nullptr) {
+        return;
+    }
     if (*separator == ':') {
         std::snprintf(out, 13, "%02X%02X%02X%02X%02X%02X", bytes[0], bytes[1], bytes[2], bytes[3], bytes[4],
                       bytes[5]);
@@ -354,7 +379,11 @@ int PH_OEM_CompareString(const CMPIString *a, const CMPIString *b) {
 
 namespace {
 
-// A text of a path, the namespace or the class name; both must be readable and equal.
+bool SameText(const CMPIString *a, const CMPIString *b) {
+    return a != nullptr && b != nullptr && PH_OEM_CompareString(a, b) == 0;
+}
+
+// A text of a path, the namespace or the class name; both must be there and equal.
 template <typename Read> bool TextsEqual(const CMPIObjectPath *a, const CMPIObjectPath *b, Read read) {
     CMPIStatus st = {CMPI_RC_OK, nullptr};
     const CMPIString *textA = read(a, &st);
@@ -362,7 +391,7 @@ template <typename Read> bool TextsEqual(const CMPIObjectPath *a, const CMPIObje
         return false;
     }
     const CMPIString *textB = read(b, &st);
-    return st.rc == CMPI_RC_OK && PH_OEM_CompareString(textA, textB) == 0;
+    return st.rc == CMPI_RC_OK && SameText(textA, textB);
 }
 
 // Whether the path has a key of that name and value; both must be strings.
@@ -374,13 +403,13 @@ bool HasKey(const CMPIObjectPath *path, CMPICount keyCount, const CMPIString *na
         if (st.rc != CMPI_RC_OK) {
             return false;
         }
-        if (PH_OEM_CompareString(name, otherName) != 0) {
+        if (!SameText(name, otherName)) {
             continue;
         }
         if (key.type != CMPI_string || other.type != CMPI_string) {
             return false;
         }
-        if (PH_OEM_CompareString(key.value.string, other.value.string) == 0) {
+        if (SameText(key.value.string, other.value.string)) {
             return true;
         }
     }
@@ -390,6 +419,9 @@ bool HasKey(const CMPIObjectPath *path, CMPICount keyCount, const CMPIString *na
 } // namespace
 
 int PH_OEM_CompareObjectPath(const CMPIObjectPath *a, const CMPIObjectPath *b) {
+    if (a == nullptr || b == nullptr) {
+        return -1;
+    }
     const auto nameSpace = [](const CMPIObjectPath *path, CMPIStatus *st) {
         return CMGetNameSpace(path, st);
     };

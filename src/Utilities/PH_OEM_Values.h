@@ -47,6 +47,10 @@ EXPORTED int PH_OEM_SetPropertyArray(const CMPIBroker *broker, const CMPIInstanc
                                      const char **properties, const char *name, const void *data, int count,
                                      CMPIType type, int flags, int stride);
 
+// Bytes of an element in the data of PH_OEM_SetPropertyArray, a pointer's for texts; 0 for types that it
+// refuses.
+std::size_t ArrayElementSize(CMPIType arrayType);
+
 // Fills a value for a later CMSetProperty or CMAddKey from the plain value at `source`, which gives 0 when it
 // is NULL. 1 when assigned; 0 for a type other than chars, boolean and the integers but sint8 and sint64,
 // with `value` left alone.
@@ -64,6 +68,9 @@ EXPORTED int PH_OEM_ConvertDMTFDateTimeFormatToUnixTime(const char *text, time_t
 // The time as a DMTF date-time in local time with its offset in minutes. `out` has room for 26 characters,
 // and stays as it was for a time below 1, which gives -1.
 EXPORTED int PH_OEM_ConvertUnixTimetoDMTFDateTimeFormat(time_t time, char *out);
+
+// A new date-time; with PH_OEM_PROP_INTERVAL in `flags` it is an interval. NULL on failure.
+CMPIDateTime *NewDateTime(const CMPIBroker *broker, std::uint64_t microseconds, int flags);
 
 // --- Texts
 

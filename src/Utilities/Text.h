@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 #include <cstring>
 
 // Copies at most size - 1 characters of a text that may fill its field of `limit` bytes without a NUL.
@@ -17,7 +18,23 @@ template <std::size_t N, std::size_t M> void CopyText(char (&destination)[N], co
     CopyBounded(destination, N, source, M);
 }
 
+// Ends a field that somebody else filled.
+template <std::size_t N> void EndText(char (&text)[N]) {
+    text[N - 1] = '\0';
+}
+
 // From a terminated text to a record's field.
 template <std::size_t N> void SetText(char (&destination)[N], const char *source) {
     CopyBounded(destination, N, source, static_cast<std::size_t>(-1));
+}
+
+// A text with the name in a row's field for its %s, cut where it doesn't fit.
+template <std::size_t N, std::size_t M>
+__attribute__((format(printf, 2, 0))) void FormatWithName(char (&destination)[N], const char *format,
+                                                          const char (&name)[M]) {
+    char terminated[M + 1];
+    CopyText(terminated, name);
+    char text[N + M];
+    std::snprintf(text, sizeof text, format, terminated);
+    SetText(destination, text);
 }

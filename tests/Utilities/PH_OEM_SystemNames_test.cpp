@@ -143,7 +143,8 @@ TEST_F(HostName, AVariableThatCannotBeReadIsTracedAndLeftEmpty) {
     PH_OEM_GetDNSGeneralSettingData(&session, &settings);
     EXPECT_STREQ(settings.ConfBMCNetworkName, "");
     EXPECT_STREQ(settings.ConfBMCNameExtension, "-x");
-    EXPECT_NE(trace().find("failed to get the ConfBMCNetworkName value for the target instance (ret=0x"),
+    EXPECT_NE(trace().find(
+                  "failed to get the ConfBMCNetworkName value for the target instance (ret=0x 1ff, cc=0xff)"),
               std::string::npos);
     sp::fail("CIM_Get_MACAddress");
     PH_OEM_GetDNSGeneralSettingData(&session, &settings);

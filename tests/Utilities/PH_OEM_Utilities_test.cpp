@@ -327,6 +327,9 @@ TEST_F(PH_OEM_Utilities, ListsBecomeArraysUpToTheirEndMark) {
     const char *const pointers[] = {"x", "", nullptr};
     EXPECT_EQ(textOf(PH_OEM_Dup_variable_string_Array(cmpi(), pointers)), "{x, }");
     EXPECT_EQ(textOf(PH_OEM_Dup_variable_string_Array(cmpi(), pointers + 2)), "NULL");
+
+    EXPECT_EQ(textOf(PH_OEM_Dup_uint16_Array(cmpi(), nullptr)), "NULL");
+    EXPECT_EQ(textOf(PH_OEM_Dup_variable_string_Array(cmpi(), nullptr)), "NULL");
 }
 
 // --- Association providers

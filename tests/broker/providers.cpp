@@ -176,10 +176,30 @@ CMPIStatus undeclared(const Request &r) {
     return status(CMPI_RC_OK);
 }
 
+bool isWanted(const Request &r, const char *property) {
+    const char **wanted = r.properties;
+    while (wanted != nullptr && *wanted != nullptr && std::strcmp(*wanted, property) != 0) {
+        ++wanted;
+    }
+    return wanted == nullptr || *wanted != nullptr;
+}
+
+// Only a client that wants the property notices.
 CMPIStatus wrongType(const Request &r) {
     CMPIInstance *instance = newInstance(r, r.className, "one");
     const CMPIUint32 value = 5;
-    return CMSetProperty(instance, "Value", &value, CMPI_uint32);
+    if (isWanted(r, "Value")) {
+        return CMSetProperty(instance, "Value", &value, CMPI_uint32);
+    }
+    return CMReturnInstance(r.result, instance);
+}
+
+CMPIStatus rightOne(const Request &r) {
+    return CMReturnInstance(r.result, newInstance(r, r.className, "one"));
+}
+
+CMPIStatus rightName(const Request &r) {
+    return CMReturnObjectPath(r.result, newPath(r, r.className, "one"));
 }
 
 CMPIStatus withKey(const Request &r, const char *pathId, const char *propertyId) {
@@ -244,6 +264,7 @@ constexpr Behaviour behaviours[] = {
     {"T_WrongClass", wrongClass, nullptr, nullptr},
     {"T_PathInstead", pathInstead, nullptr, pathInstead},
     {"T_FailsAfterTwo", failsAfterTwo, nullptr, nullptr},
+    {"T_Unfetchable", rightOne, rightName, nullptr},
     {"T_Link", nullptr, nullptr, nullptr},
     {"T_Silent", nullptr, nullptr, nullptr},
 };

@@ -88,10 +88,20 @@ const CMPIArgsFT args_table = [] {
     return table;
 }();
 
-const CMPIContextFT context_table = [] {
-    CMPIContextFT table{};
-    table.getEntry = [](const CMPIContext *context, const char *name, CMPIStatus *status) {
-        return find(self<ContextObject>(context).values, name, strcmp, CMPI_RC_ERR_NO_SUCH_PROPERTY, status);
+const CMPIBrokerEncFT broker_table = [] {
+    CMPIBrokerEncFT table{};
+    table.newString = [](const CMPIBroker *broker, const char *text, CMPIStatus *) -> CMPIString * {
+        auto &object = const_cast<BrokerObject &>(self<BrokerObject>(broker));
+        return &object.strings.emplace_back(object.texts.emplace_back(text).c_str());
+    };
+    return table;
+}();
+
+const CMPIResultFT result_table = [] {
+    CMPIResultFT table{};
+    table.returnData = [](const CMPIResult *result, const CMPIValue *value, CMPIType) {
+        const_cast<ResultObject &>(self<ResultObject>(result)).returned = value->uint32;
+        return CMPIStatus{};
     };
     return table;
 }();
@@ -115,5 +125,6 @@ InstanceObject::InstanceObject(std::vector<NamedData> values, std::vector<NamedD
 ArgsObject::ArgsObject(std::vector<NamedData> named)
     : CMPIArgs{this, &args_table}, values(std::move(named)) {}
 
-ContextObject::ContextObject(std::vector<NamedData> named)
-    : CMPIContext{this, &context_table}, values(std::move(named)) {}
+BrokerObject::BrokerObject() : CMPIBroker{this, nullptr, &broker_table, nullptr, nullptr} {}
+
+ResultObject::ResultObject() : CMPIResult{this, &result_table} {}

@@ -37,7 +37,7 @@ struct PathObject : CMPIObjectPath {
     explicit PathObject(std::vector<NamedData> names);
 };
 
-/// An instance, arguments of a method or a context: all are values by name, in any case for an instance.
+/// An instance or arguments of a method: values by name, in any case for an instance.
 struct InstanceObject : CMPIInstance {
     std::vector<NamedData> properties;
     std::deque<StringObject> names; // that were handed out
@@ -50,9 +50,17 @@ struct ArgsObject : CMPIArgs {
     explicit ArgsObject(std::vector<NamedData> named);
 };
 
-struct ContextObject : CMPIContext {
-    std::vector<NamedData> values;
-    explicit ContextObject(std::vector<NamedData> named);
+/// A broker that only makes strings, which live as long as it does.
+struct BrokerObject : CMPIBroker {
+    std::deque<std::string> texts;
+    std::deque<StringObject> strings;
+    BrokerObject();
+};
+
+/// A result that takes a method's return value.
+struct ResultObject : CMPIResult {
+    CMPIUint32 returned = 0;
+    ResultObject();
 };
 
 /// Data of a type whose value is copied from a plain one.

@@ -84,50 +84,11 @@ TEST_F(ConfigurationSpace, RefusesAValueOfAnotherWidth) {
     EXPECT_NE(ZBR_CIM_SetConfigSpaceVariables(&session, 0x0201, 0, nullptr, 1, 30), 0);
 }
 
-TEST_F(ConfigurationSpace, ChangesOneEntryOfAList) {
-    sp::sql("INSERT INTO configuration_variable (id, list_index, name, width, value) VALUES (0x7001, 0, 'l', "
-            "1, 5), "
-            "(0x7001, 1, 'l', 1, 6), (0x7001, 2, 'l', 1, 7)");
-    EXPECT_EQ(write(0x7001, 1, "\x09"), 0);
-    EXPECT_EQ(read(0x7001, 0).bytes + read(0x7001, 1).bytes + read(0x7001, 2).bytes, "\x05\x09\x07");
-}
-
 TEST_F(ConfigurationSpace, ReportsATellTaleCompletionCodeWhenToldToFail) {
     sp::fail("ZBR_CIM_GetConfigSpaceVariables", {.at = 1, .result = 0x1D4});
     EXPECT_EQ(read(0x0032), (Read{0x1D4, 0xD4, ""}));
     sp::fail("ZBR_CIM_GetConfigSpaceVariables", {.at = 1, .result = 0x2001});
     EXPECT_EQ(read(0x0032), (Read{0x2001, 0xEE, ""}));
-}
-
-TEST_F(ConfigurationSpace, StoresTheRecoveryFlashAndTheResetCounter) {
-    uint8_t flash = 9;
-    EXPECT_EQ(ZBR_CIM_GetBIOSRecoveryFlash(&session, &flash, 30), 0);
-    EXPECT_EQ(flash, 0);
-    EXPECT_EQ(ZBR_CIM_SetBIOSRecoveryFlash(&session, 1, 30), 0);
-    EXPECT_EQ(ZBR_CIM_GetBIOSRecoveryFlash(&session, &flash, 30), 0);
-    EXPECT_EQ(flash, 1);
-    EXPECT_EQ(ZBR_CIM_ResetPowerOnHours(&session, 30), 0);
-    EXPECT_EQ(sp::sql("SELECT Counter FROM power_on_hours").front().front(), "0");
-}
-
-TEST_F(ConfigurationSpace, HasTheVariablesThatTheClassLibraryReads) {
-    const struct {
-        uint16_t id;
-        size_t width; // 0: a text
-    } variables[] = {{0x0030, 1}, {0x0032, 2},
-                     {0x0033, 1}, {0x0077, 1},
-                     {0x0080, 2}, {0x0084, 1},
-                     {0x00A2, 1}, {0x0201, 0},
-                     {0x1430, 0}, {0x1431, 1},
-                     {0x1432, 0}, {0x1433, 1},
-                     {0x1434, 1}, {sp::trace_mask_variable, 2}};
-    for (const auto &variable : variables) {
-        const Read value = read(variable.id);
-        EXPECT_EQ(value.result, 0) << variable.id;
-        if (variable.width != 0) {
-            EXPECT_EQ(value.bytes.size(), variable.width) << variable.id;
-        }
-    }
 }
 
 } // namespace

@@ -88,14 +88,6 @@ int zbr_debughook_readconfig(uint16_t id, uint8_t index, void *buffer, int lengt
 
 namespace {
 
-TEST_F(Component, WritesALineWithTimePidLevelPlaceAndText) {
-    trace_line(ZBR_DEBUG_FAILURE, "dlopen failed errno=%d", 2);
-    const std::regex form("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} " + std::to_string(getpid()) +
-                          " component failure Utilities/File\\.cpp:42: dlopen failed errno=2");
-    ASSERT_EQ(lines().size(), 1u);
-    EXPECT_TRUE(std::regex_match(lines()[0], form)) << lines()[0];
-}
-
 TEST_F(Component, WritesOneLineForEachCall) {
     trace_line(ZBR_DEBUG_FAILURE, "with an end of line\n");
     trace_line(ZBR_DEBUG_FAILURE, "forged\n2025-01-01 line\r");
@@ -104,27 +96,6 @@ TEST_F(Component, WritesOneLineForEachCall) {
     EXPECT_TRUE(lines()[0].ends_with(": with an end of line"));
     EXPECT_TRUE(lines()[1].ends_with(": forged 2025-01-01 line "));
     EXPECT_TRUE(lines()[2].ends_with("xxx"));
-}
-
-TEST_F(Component, WritesTheLevelsOfTheMask) {
-    const struct {
-        int mask;
-        bool failure, progress;
-    } cases[] = {
-        {256, true, false}, {512, false, true}, {768, true, true}, {1, false, false}, {0, false, false}};
-    for (const auto &wanted : cases) {
-        set_mask(wanted.mask);
-        const size_t before = lines().size();
-        trace_line(ZBR_DEBUG_FAILURE, "a");
-        trace_line(ZBR_DEBUG_PROGRESS, "b");
-        std::string written;
-        for (size_t i = before; i < lines().size(); ++i) {
-            written += lines()[i].back();
-        }
-        EXPECT_EQ(written, std::string(wanted.failure ? "a" : "") + (wanted.progress ? "b" : ""))
-            << wanted.mask;
-        EXPECT_EQ(enabled(), wanted.mask != 0);
-    }
 }
 
 TEST_F(Component, KeepsTheMaskWhenItCannotBeRead) {
@@ -138,13 +109,6 @@ TEST_F(Component, KeepsTheMaskWhenItCannotBeRead) {
     EXPECT_EQ(lines().size(), 2u);
 }
 
-TEST_F(Component, ReadsTheMaskOnceForEachReload) {
-    const int before = reads;
-    zbr_debugmaskreconfig();
-    EXPECT_EQ(reads, before + 1);
-    EXPECT_EQ(sp::calls("zbr_debugmaskreconfig"), 1);
-}
-
 TEST_F(Component, CostsNothingWithoutADestination) {
     EXPECT_TRUE(enabled());
     const int before = reads;
@@ -153,13 +117,6 @@ TEST_F(Component, CostsNothingWithoutADestination) {
     EXPECT_EQ(reads, before) << "the mask was read for nobody";
     trace_line(ZBR_DEBUG_FAILURE, "unseen");
     EXPECT_TRUE(lines().empty());
-}
-
-TEST_F(Component, WritesToStandardErrorWhenAskedTo) {
-    testing::internal::CaptureStderr();
-    bind("stderr");
-    trace_line(ZBR_DEBUG_FAILURE, "seen");
-    EXPECT_NE(testing::internal::GetCapturedStderr().find(": seen\n"), std::string::npos);
 }
 
 TEST_F(Component, SaysOnceThatItsFileCannotBeOpenedAndGoesOn) {
@@ -179,13 +136,6 @@ TEST_F(Component, MayTraceInTheReadHook) {
     zbr_debugmaskreconfig();
     ASSERT_EQ(lines().size(), 1u);
     EXPECT_TRUE(lines()[0].ends_with("from the read hook"));
-}
-
-TEST_F(Component, CallsTheHooksAsTheComponentsOwnDoing) {
-    sp::take_journal();
-    zbr_debugmaskreconfig();
-    EXPECT_EQ(sp::calls("CIM_Create_IPMI20_Session"), 1);
-    EXPECT_EQ(sp::calls("CIM_Close_Session"), 1);
 }
 
 TEST_F(Component, WritesWholeLinesFromManyThreads) {

@@ -26,50 +26,64 @@ Exchange send(IpmiSession *session, uint8_t netFnLun, uint8_t command, const Dat
     return {result, response};
 }
 
-TEST_F(SessionOpen, TellsItsPowerOnHours) {
-    sp::sql("UPDATE power_on_hours SET MinutesPerCount = 4, Counter = 250");
-    const Exchange exchange = send(&session, 0x00, 0x0F, {});
-    EXPECT_EQ(exchange.result, 0);
-    EXPECT_EQ(exchange.response, (Data{0x00, 4, 250, 0, 0, 0}));
-}
-
-TEST_F(SessionOpen, TellsItsDeviceId) {
-    sp::sql("UPDATE device_id SET DeviceId = 1, DeviceRevision = 2, FirmwareMajor = 3, FirmwareMinor = 0x45, "
+TEST_F(SessionOpen, AnswersCommandsWithWhatTheStoreHolds) {
+    sp::sql("UPDATE power_on_hours SET MinutesPerCount = 4, Counter = 250;"
+            "UPDATE device_id SET DeviceId = 1, DeviceRevision = 2, FirmwareMajor = 3, FirmwareMinor = 0x45, "
             "IpmiVersion = 2, AdditionalDeviceSupport = 0xBF, ManufacturerId = 0x0A0B0C, ProductId = 0x0D0E, "
-            "AuxiliaryFirmware = 0x01020304");
-    EXPECT_EQ(send(&session, 0x18, 0x01, {}).response,
-              (Data{0x00, 1, 2, 3, 0x45, 2, 0xBF, 0x0C, 0x0B, 0x0A, 0x0E, 0x0D, 4, 3, 2, 1}));
-}
-
-TEST_F(SessionOpen, TellsItsChassisStatus) {
-    sp::sql("UPDATE chassis_status SET CurrentPowerState = 0x21, LastPowerEvent = 0x10, MiscellaneousState = "
-            "0x40, "
-            "FrontPanelButtons = 0x0F");
-    EXPECT_EQ(send(&session, 0x00, 0x01, {}).response, (Data{0x00, 0x21, 0x10, 0x40, 0x0F}));
-}
-
-TEST_F(SessionOpen, RefusesCommandsThatItDoesNotKnow) {
+            "AuxiliaryFirmware = 0x01020304;"
+            "UPDATE chassis_status SET CurrentPowerState = 0x21, LastPowerEvent = 0x10, MiscellaneousState = "
+            "0x40, FrontPanelButtons = 0x0F, LastBootTime = 0x68654321, LastPowerOnReason = 3, "
+            "LastPowerOffReason = 4");
     const struct {
         uint8_t netFnLun, command;
-        Data request;
-    } cases[] = {{0x00, 0x7E, {}}, {0x20, 0x0F, {}}, {0xB8, 0x01, {0x80, 0x28, 0x00, 0xEE}}};
-    for (const auto &unknown : cases) {
-        const Exchange exchange = send(&session, unknown.netFnLun, unknown.command, unknown.request);
-        EXPECT_EQ(exchange.result, 0x1C1);
-        EXPECT_EQ(exchange.response.front(), 0xC1);
+        Data request, response;
+    } cases[] = {
+        {0x00, 0x0F, {}, {0x00, 4, 250, 0, 0, 0}},
+        {0x18, 0x01, {}, {0x00, 1, 2, 3, 0x45, 2, 0xBF, 0x0C, 0x0B, 0x0A, 0x0E, 0x0D, 4, 3, 2, 1}},
+        {0x00, 0x01, {}, {0x00, 0x21, 0x10, 0x40, 0x0F}},
+        {0xB8, 0x01, {0x80, 0x28, 0x00, 0x18}, {0x00, 0x80, 0x28, 0x00, 4, 0x21, 0x43, 0x65, 0x68}},
+        {0xB8, 0x01, {0x80, 0x28, 0x00, 0x15}, {0x00, 0x80, 0x28, 0x00, 1, 3}},
+        {0xB8, 0x01, {0x80, 0x28, 0x00, 0x16}, {0x00, 0x80, 0x28, 0x00, 1, 4}},
+    };
+    for (const auto &known : cases) {
+        const Exchange exchange = send(&session, known.netFnLun, known.command, known.request);
+        EXPECT_EQ(exchange.result, 0);
+        EXPECT_EQ(exchange.response, known.response);
+    }
+    sp::sql("DELETE FROM power_on_hours");
+    const Exchange exchange = send(&session, 0x00, 0x0F, {});
+    EXPECT_EQ(exchange.result, 0x1CB);
+    EXPECT_EQ(exchange.response, (Data{0xCB}));
+}
+
+TEST_F(SessionOpen, KeepsThePowerRestorePolicyBesideThePowerState) {
+    const struct {
+        uint8_t policy;
+        Data response;
+        std::string state;
+    } cases[] = {{2, {0x00, 7}, "65"},
+                 {0, {0x00, 7}, "1"},
+                 {1, {0x00, 7}, "33"},
+                 {3, {0x00, 7}, "33"},
+                 {4, {0xCC}, "33"}};
+    for (const auto &wanted : cases) {
+        EXPECT_EQ(send(&session, 0x00, 0x06, {wanted.policy}).response, wanted.response);
+        EXPECT_EQ(sp::sql("SELECT CurrentPowerState FROM chassis_status")[0][0], wanted.state);
+    }
+    EXPECT_EQ(send(&session, 0x00, 0x06, {}).response, (Data{0xC7}));
+}
+
+TEST_F(SessionOpen, CountsTheFanTestsThatItStarts) {
+    for (const char *count : {"1", "2"}) {
+        EXPECT_EQ(send(&session, 0xB8, 0x03, {0x80, 0x28, 0x00, 0x10}).response,
+                  (Data{0x00, 0x80, 0x28, 0x00}));
+        EXPECT_EQ(sp::sql("SELECT FanTests FROM service_processor")[0][0], count);
     }
 }
 
 TEST_F(SessionOpen, DeliversAsMuchOfAResponseAsTheCallerHasRoomFor) {
     EXPECT_EQ(send(&session, 0x00, 0x0F, {}, 3).response.size(), 3u);
     EXPECT_EQ(send(&session, 0x00, 0x0F, {}, 0).response.size(), 0u);
-}
-
-TEST_F(SessionOpen, AnswersThatATableIsEmptyWithACompletionCode) {
-    sp::sql("DELETE FROM power_on_hours");
-    const Exchange exchange = send(&session, 0x00, 0x0F, {});
-    EXPECT_EQ(exchange.result, 0x1CB);
-    EXPECT_EQ(exchange.response, (Data{0xCB}));
 }
 
 TEST_F(SessionOpen, FailsACommandInAllTheWaysThatASendCanFail) {
@@ -136,17 +150,6 @@ TEST(IpmiProcessor, MatchesNetFunctionCommandAndSubCommand) {
     for (const auto &exchange : cases) {
         EXPECT_EQ(sp::execute_ipmi(exchange.net_function, exchange.command, exchange.request, own_commands),
                   exchange.response);
-    }
-}
-
-TEST(IpmiProcessor, KnowsEachCommandOnce) {
-    for (const sp::IpmiCommand &command : sp::ipmi_commands) {
-        int same = 0;
-        for (const sp::IpmiCommand &other : sp::ipmi_commands) {
-            same += command.net_function == other.net_function && command.command == other.command &&
-                    command.sub_command == other.sub_command;
-        }
-        EXPECT_EQ(same, 1) << int{command.net_function} << ' ' << int{command.command};
     }
 }
 

@@ -33,19 +33,6 @@ TEST_F(SampleServer, RecordsACallWithArgumentsResultAndTime) {
     EXPECT_TRUE(sp::take_journal().empty()) << "taken entries are gone";
 }
 
-TEST_F(SampleServer, CountsCallsByName) {
-    uint32_t handle = 0;
-    zbr_oemdb_init(&handle);
-    EXPECT_EQ(sp::calls("zbr_oemdb_init"), 1);
-    EXPECT_EQ(sp::calls("zbr_oemdb_close"), 0);
-    zbr_oemdb_close(handle);
-    EXPECT_EQ(sp::calls("zbr_oemdb_close"), 1);
-    EXPECT_NE(error_of([] { sp::calls("zbr_oemdb_open"); }), "");
-    sp::stop_journal();
-    zbr_oemdb_close(handle);
-    EXPECT_EQ(sp::calls("zbr_oemdb_close"), 1) << "recorded after the journal was stopped";
-}
-
 TEST_F(SampleServer, NeverRecordsAPassword) {
     IpmiSession session{};
     EXPECT_EQ(log_in(&session, "k7-Vaterite-42"), 0);
@@ -59,14 +46,6 @@ TEST_F(SampleServer, NeverRecordsAPassword) {
             EXPECT_EQ(entry.arguments, "\"127.0.0.1\", 623, \"cimprovider\", ********, 6, 1, 4, 1, 1, 30");
         }
     }
-}
-
-TEST_F(SampleServer, RecordsTheLengthOfAWrittenVariableAndNotItsValue) {
-    IpmiSession session{};
-    ASSERT_EQ(log_in(&session), 0);
-    ZBR_CIM_SetConfigSpaceVariables(&session, 0x1430, 0, "secret", 6, 30);
-    CIM_Close_Session(&session);
-    EXPECT_EQ(sp::take_journal()[1].arguments, "0x1430, 0, 6");
 }
 
 TEST_F(SampleServer, FailsTheCallThatItIsToldTo) {
@@ -165,13 +144,6 @@ TEST(EnvironmentDeathTest, TellsAProcessToFailFromItsStart) {
     EXPECT_EXIT(check_environment_and_exit(), testing::ExitedWithCode(0),
                 "^VCH_FAULTS: 'x' in the fault 'db_init@x'");
     unsetenv("VCH_FAULTS");
-}
-
-TEST(Functions, AreNamedOnceEach) {
-    std::vector<std::string_view> names = sp::functions();
-    std::ranges::sort(names);
-    EXPECT_EQ(std::ranges::adjacent_find(names), names.end());
-    EXPECT_EQ(names.size(), sp::function_count);
 }
 
 } // namespace

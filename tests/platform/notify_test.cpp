@@ -52,29 +52,4 @@ TEST_F(Queues, CarryANotificationToTheProcessThatItIsFor) {
     EXPECT_EQ(message.type, 77);
 }
 
-TEST_F(Queues, StayWhenTheyAreCreatedAgain) {
-    register_process(77, {0x41, 0x25, 0, 0, 0, 0, 0, 0});
-    sp::create_notify_queues(file);
-    EXPECT_EQ(sp::take_registrations(file).size(), 1u);
-}
-
-TEST_F(Queues, AreGoneOnceRemoved) {
-    sp::remove_notify_queues(file);
-    EXPECT_EQ(queue(1), -1);
-    EXPECT_EQ(queue(2), -1);
-    EXPECT_EQ(error_of([&] { sp::remove_notify_queues(file); }), "");
-    EXPECT_NE(error_of([&] { sp::post_notification(77, file); }).find("create them first"),
-              std::string::npos);
-    EXPECT_NE(error_of([&] { sp::take_registrations(file); }).find("create them first"), std::string::npos);
-}
-
-TEST_F(Queues, NeedAFileAndAPid) {
-    EXPECT_NE(error_of([&] { sp::create_notify_queues(folder / "missing"); }).find("create the file"),
-              std::string::npos);
-    for (const pid_t pid : {0, -1}) {
-        EXPECT_NE(error_of([&] { sp::post_notification(pid, file); }).find("no process has the pid"),
-                  std::string::npos);
-    }
-}
-
 } // namespace

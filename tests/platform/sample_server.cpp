@@ -17,6 +17,9 @@ SampleServer::SampleServer() {
     static const Folder template_folder;
     static const std::string template_store = [] {
         sp::create_store(template_folder / "sample.db");
+        sp::use_store(template_folder / "sample.db");
+        sp::sql("UPDATE simulation SET Walk = 0");
+        sp::sql("PRAGMA wal_checkpoint(TRUNCATE)"); // copies of the file alone have to be whole
         return template_folder / "sample.db";
     }();
     std::filesystem::copy_file(template_store, store);

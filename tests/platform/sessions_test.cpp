@@ -42,41 +42,6 @@ TEST_F(SampleServer, AcceptsALoginOnlyWithTheRightTargetUserAndPassword) {
     }
 }
 
-TEST_F(SampleServer, RefusesTheOldPasswordAfterItWasChanged) {
-    sp::sql("UPDATE login SET Password = 'new' WHERE UserName = 'cimprovider'");
-    IpmiSession session{};
-    EXPECT_NE(log_in(&session), 0);
-    EXPECT_EQ(log_in(&session, "new"), 0);
-    CIM_Close_Session(&session);
-}
-
-TEST_F(SampleServer, HandsOutALoginThatItAccepts) {
-    uint32_t handle = 0;
-    IpmiSessionInformation *information = nullptr;
-    ASSERT_EQ(zbr_oemdb_init(&handle), 0);
-    ASSERT_EQ(zbr_oemdb_get_ipmi_session_info(handle, &information), 0);
-    zbr_oemdb_close(handle);
-    ASSERT_NE(information, nullptr);
-    IpmiSession session{};
-    uint8_t confidentiality = static_cast<uint8_t>(strtol(information->ConfidentialityAlgorithm, nullptr, 0));
-    EXPECT_EQ(CIM_Create_IPMI20_Session(
-                  &session, information->Target, information->Port, information->UserName,
-                  information->Password, 6, 0, 0, &confidentiality,
-                  static_cast<uint8_t>(strtol(information->PrivilegeLevel, nullptr, 0)), 1, 1, 0, 0, 30),
-              0);
-    CIM_Close_Session(&session);
-    free(information);
-}
-
-TEST_F(SampleServer, GivesNoSessionInformationWhenThereIsNone) {
-    sp::sql("DELETE FROM session_information");
-    uint32_t handle = 0;
-    IpmiSessionInformation *information = nullptr;
-    ASSERT_EQ(zbr_oemdb_init(&handle), 0);
-    EXPECT_EQ(zbr_oemdb_get_ipmi_session_info(handle, &information) & 0xFFFF, 1);
-    zbr_oemdb_close(handle);
-}
-
 TEST_F(SampleServer, ClosesAZeroedSessionAndRefusesAnythingElseThatNeverOpened) {
     IpmiSession session{};
     EXPECT_EQ(CIM_Close_Session(&session), 0);
@@ -105,24 +70,6 @@ TEST_F(SampleServer, TakesNoCommandOnASessionThatIsNotOpen) {
         EXPECT_NE(ZBR_CIM_SetBIOSRecoveryFlash(&session, 1, 30), 0);
         EXPECT_NE(ZBR_CIM_ResetPowerOnHours(&session, 30), 0);
         EXPECT_NE(CIM_Get_MACAddress(&session, bytes, 2, 30), 0);
-    }
-}
-
-TEST_F(SampleServer, ActsOnlyForAPrincipalThatItKnows) {
-    const struct {
-        const char *address, *principal;
-        bool accepted;
-    } cases[] = {{"192.0.2.7", "admin", true},
-                 {nullptr, "admin", true},
-                 {"192.0.2.7", "mallory", false},
-                 {"192.0.2.7", "", false},
-                 {"192.0.2.7", nullptr, false}};
-    for (const auto &client : cases) {
-        IpmiSession session{};
-        EXPECT_EQ(ZBR_CIM_CreateAuthenticatedLocalSession(&session, client.address, client.principal, 30) ==
-                      0,
-                  client.accepted);
-        CIM_Close_Session(&session);
     }
 }
 

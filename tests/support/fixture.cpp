@@ -21,6 +21,7 @@ struct Folder {
         sp::use_store(sample());
         sp::sql("UPDATE configuration_variable SET value = 256 + 512 WHERE id = " +
                 std::to_string(sp::trace_mask_variable));
+        sp::sql("UPDATE simulation SET Walk = 0"); // readings stand still
         sp::sql("PRAGMA wal_checkpoint(TRUNCATE)"); // copies of the file alone must be whole
         std::ofstream{trace()};
     }
@@ -37,6 +38,22 @@ Folder &folder() {
     static Folder folder;
     return folder;
 }
+
+broker::PropertyList listOf(PropertyNames &properties) {
+    if (!properties) {
+        return nullptr;
+    }
+    properties->push_back(nullptr);
+    return properties->data();
+}
+
+constexpr char class_prefix[] = "TRV_oVTA";
+
+std::string withPrefix(const std::string &name) {
+    return class_prefix + name;
+}
+
+} // namespace
 
 broker::Broker &theBroker() {
     static const broker::BrokerPointer broker = [] {
@@ -55,19 +72,22 @@ broker::Broker &theBroker() {
     return *broker;
 }
 
-broker::PropertyList listOf(PropertyNames &properties) {
-    if (!properties) {
-        return nullptr;
+broker::Client theClient() {
+    broker::Client client;
+    client.principal = "admin";
+    client.remoteAddress = "192.0.2.7";
+    return client;
+}
+
+std::vector<std::string> allClasses() {
+    std::vector<std::string> names;
+    for (const broker::Class *cls : broker::findClasses(broker::schemaOf(theBroker()), withPrefix("*"))) {
+        if (!cls->isAbstract) {
+            names.push_back(cls->name.substr(sizeof class_prefix - 1));
+        }
     }
-    properties->push_back(nullptr);
-    return properties->data();
+    return names;
 }
-
-std::string withPrefix(const std::string &name) {
-    return "TRV_oVTA" + name;
-}
-
-} // namespace
 
 // --- Reply
 
@@ -122,10 +142,7 @@ ServiceProcessorTest::~ServiceProcessorTest() {
 }
 
 broker::RequestPointer ServiceProcessorTest::request() {
-    broker::Client client;
-    client.principal = "admin";
-    client.remoteAddress = "192.0.2.7";
-    return broker::beginRequest(theBroker(), client);
+    return broker::beginRequest(theBroker(), theClient());
 }
 
 const CMPIBroker *ServiceProcessorTest::cmpi() {
@@ -256,4 +273,8 @@ CapturingResult::CapturingResult() : result{this, &capturing_table} {}
 std::string textOf(const CMPIStatus &status) {
     const char *message = status.msg == nullptr ? nullptr : CMGetCharsPtr(status.msg, nullptr);
     return std::to_string(status.rc) + (message == nullptr ? "" : std::string(" ") + message);
+}
+
+std::string textOf(const broker::Answer &answer) {
+    return std::to_string(answer.rc) + (answer.message.empty() ? "" : ' ' + answer.message);
 }

@@ -67,5 +67,14 @@ struct CapturingResult {
 
 // A status as "rc message".
 std::string textOf(const CMPIStatus &status);
+std::string textOf(const broker::Answer &answer);
 
 constexpr char name_space[] = "root/cimv2";
+
+// The broker of all tests, and the client that asks.
+broker::Broker &theBroker();
+broker::Client theClient();
+
+// The classes of the library as the broker's schema declares them, without the prefix: what holds for all
+// classes is tested over these.
+std::vector<std::string> allClasses();

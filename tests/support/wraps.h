@@ -1,4 +1,4 @@
-// The calls of the class library that the tests stand in for: allocation, the dynamic loader and sleep.
+// The calls of the class library that the tests stand in for: memory, the dynamic loader and sleep.
 //
 // The library under test is made of the same objects as the real one, linked so that these calls come here.
 // Without orders they do what they always do, except that nobody sleeps.
@@ -16,6 +16,14 @@ void reset();
 
 // How many calls of that kind there were since the last reset.
 int calls(Call kind);
+
+// What the library holds of what it took since the last reset: blocks that it allocated and hasn't freed, and
+// libraries that it opened and hasn't closed.
+int liveBlocks();
+int openLibraries();
+
+// How many blocks of others, rows of the back ends, it freed since the last reset.
+int foreignBlocksFreed();
 
 // What sleep was called for since the last reset.
 int sleeps();

@@ -36,6 +36,18 @@ int LIBIPMI_Send_RAW_IPMI2_0_Command(IpmiSession *session, int zero, uint8_t net
                                      const uint8_t *request, uint32_t requestLength, uint8_t *response,
                                      uint32_t *responseLength, int timeout);
 
+/// The chassis as `LIBIPMI_HL_GetChassisStatus` tells it.
+typedef struct ChassisStatus {
+    uint8_t PowerState; ///< not 0: the server is powered on
+    uint8_t reserved1[63];
+} ChassisStatus;
+
+/// Reads the chassis status. 0 on success.
+int LIBIPMI_HL_GetChassisStatus(IpmiSession *session, int timeout, ChassisStatus *status);
+
+/// Stores the IPv4 address of a LAN channel, in network byte order as `inet_ntop` takes it. 0 on success.
+int LIBIPMI_HL_GetIPv4Address(IpmiSession *session, uint32_t *address, int channel, int timeout);
+
 #ifdef __cplusplus
 }
 #endif

@@ -25,6 +25,9 @@ typedef struct ModifiablePropertyList {
 /// Room for the names of refused properties.
 enum { REFUSED_PROPERTIES_SIZE = 256 };
 
+/// Room for a system name.
+enum { SYSTEM_NAME_SIZE = 256 };
+
 /// One protocol service of the service processor.
 typedef struct ProtocolServiceRecord {
     char SystemCreationClassName[256];
@@ -76,6 +79,36 @@ static_assert(offsetof(TCPProtocolEndpointRow, ProtocolIFType) == 1152, "");
 static_assert(offsetof(TCPProtocolEndpointRow, PortNumber) == 1156, "");
 static_assert(offsetof(TCPProtocolEndpointRow, EnabledState) == 1160, "");
 
+/// The server itself. The strings in the two pointer lists are the row's own.
+typedef struct HostComputerSystemRow {
+    int32_t Dedicated[4]; ///< ended by a negative value
+    char Name[256];
+    char CreationClassName[256];
+    char *OtherIdentifyingInfo[4];
+    char *IdentifyingDescriptions[4];
+    uint16_t EnabledState;
+    uint16_t RequestedState;
+    int32_t OperationalStatus[4]; ///< ended by a negative value
+    uint16_t HealthState;
+    char ElementName[128];
+    char PrimaryOwnerContact[256];
+} HostComputerSystemRow;
+
+static_assert(offsetof(HostComputerSystemRow, Dedicated) == 0, "");
+static_assert(offsetof(HostComputerSystemRow, Name) == 16, "");
+static_assert(offsetof(HostComputerSystemRow, CreationClassName) == 272, "");
+static_assert(offsetof(HostComputerSystemRow, OtherIdentifyingInfo) == 528, "");
+#if UINTPTR_MAX == UINT32_MAX
+static_assert(offsetof(HostComputerSystemRow, IdentifyingDescriptions) == 544, "");
+static_assert(offsetof(HostComputerSystemRow, EnabledState) == 560, "");
+static_assert(offsetof(HostComputerSystemRow, RequestedState) == 562, "");
+static_assert(offsetof(HostComputerSystemRow, OperationalStatus) == 564, "");
+static_assert(offsetof(HostComputerSystemRow, HealthState) == 580, "");
+static_assert(offsetof(HostComputerSystemRow, ElementName) == 582, "");
+static_assert(offsetof(HostComputerSystemRow, PrimaryOwnerContact) == 710, "");
+static_assert(sizeof(HostComputerSystemRow) == 968, "");
+#endif
+
 /// Sorts what a client wants to change.
 ///
 /// `defaults` names the properties that may change and `properties` is the client's list, or NULL.
@@ -90,8 +123,24 @@ typedef int getModifiablePropertiesFunction(const CMPIInstance *newInstance,
 /// Stores the service processor's system name (`SYSTEM_NAME_SIZE` characters). -1 on failure.
 typedef int PH_GetSPSystemNameFunction(char *name);
 
-/// Room for a system name.
-enum { SYSTEM_NAME_SIZE = 256 };
+/// Stores the host system's name (`SYSTEM_NAME_SIZE` characters). -1 on failure.
+typedef int PH_GetHostSystemNameFunction(char *name);
+
+/// Gives the rows of all host systems, which the caller hands back to `PH_Clean_HostComputerSystem`. With
+/// `namesOnly` only the keys, `CreationClassName` and `Name`, are filled. 0, or -1 on failure.
+typedef int PH_Enum_All_HostComputerSystemFunction(HostComputerSystemRow **rows, int *count, int namesOnly);
+
+/// Frees rows of `PH_Enum_All_HostComputerSystem` with the strings in them. Harmless on NULL.
+typedef void PH_Clean_HostComputerSystemFunction(HostComputerSystemRow *rows, int count);
+
+/// Brings the host system into the state that the argument `RequestedState` asks for.
+///
+/// `keyValues` are the path's keys, `CreationClassName` and `Name`. On success it gives the method's return
+/// value with CMReturnData and a result of 0; CMReturnDone is left to the caller. Otherwise nothing is
+/// returned and `*status` says why.
+typedef int PH_HostRequestStateChangeFunction(const CMPIBroker *broker, const CMPIResult *result,
+                                              const CMPIObjectPath *path, const CMPIArgs *in, CMPIArgs *out,
+                                              CMPIString *const *keyValues, CMPIStatus *status);
 
 /// Fills all fields of the record but the four keys from the Core DB row. -1 on failure.
 typedef int PH_Fill_ProtocolServiceFunction(ProtocolServiceRecord *record, const ProtocolServiceRow *row);

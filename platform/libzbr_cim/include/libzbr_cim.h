@@ -41,6 +41,30 @@ int ZBR_CIM_GetFullSensorReading(IpmiSession *session, uint8_t sensorNumber, uin
 int ZBR_CIM_GetCompactSensorReading(IpmiSession *session, uint8_t sensorNumber, int zero, uint16_t *state,
                                     int timeout);
 
+/// The speeds of a fan at its maximum: what it reached at the last fan test, and what it reached when it was
+/// new. The result is 0 on failure and another value on success.
+int ZBR_CIM_ReadMaximumSpeed(IpmiSession *session, uint8_t sensorNumber, uint32_t *measured,
+                             uint32_t *reference, int timeout);
+
+/// Reads the entry of a variable's list that belongs to the sensor with that number. `*size` is the value's
+/// width in bytes.
+int ZBR_CIM_GetCSVForSensor(IpmiSession *session, uint16_t id, uint8_t sensorNumber, void *value, int *size,
+                            int timeout);
+
+/// The state of the server's error LED.
+int ZBR_CIM_GetErrorLED(IpmiSession *session, uint8_t *state, int timeout);
+
+/// The state of one of the service processor's misc controls.
+int ZBR_CIM_GetMiscControl(IpmiSession *session, uint8_t control, uint8_t *value, int timeout);
+
+/// Whether the server is a blade, 0 or 1.
+int ZBR_CIM_IsBladeSystem(IpmiSession *session, uint8_t *isBlade, int timeout);
+
+/// A blade's times of powering on and off on a day, 0 being Sunday, in minutes since midnight; 0xFFFF is no
+/// time.
+int ZBR_CIM_GetPowerOnOffTime(IpmiSession *session, uint8_t day, uint16_t *on, uint16_t *off, int timeout);
+int ZBR_CIM_SetPowerOnOffTime(IpmiSession *session, uint8_t day, uint16_t on, uint16_t off, int timeout);
+
 /// Whether the BIOS recovery flash is set, 0 or 1.
 int ZBR_CIM_GetBIOSRecoveryFlash(IpmiSession *session, uint8_t *value, int timeout);
 

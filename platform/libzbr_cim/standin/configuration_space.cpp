@@ -76,14 +76,6 @@ uint8_t write_variable(uint16_t id, uint8_t index, Bytes bytes) {
     return changed == 1 ? IpmiOk : IpmiUnspecifiedError;
 }
 
-/// The one row's column of the service processor's own state is set; a result of the library.
-int set_state(IpmiSession *session, std::string_view update, std::initializer_list<Value> values) {
-    if (!is_open(session)) {
-        return NoAnswer;
-    }
-    return execute(update, values) == 1 ? 0 : CompletionCode + IpmiUnspecifiedError;
-}
-
 int result_of(uint8_t completion_code) {
     return completion_code == IpmiOk ? 0 : CompletionCode + completion_code;
 }
@@ -122,27 +114,22 @@ int ZBR_CIM_SetConfigSpaceVariables(IpmiSession *session, uint16_t id, uint8_t i
     });
 }
 
-int ZBR_CIM_GetBIOSRecoveryFlash(IpmiSession *session, uint8_t *value, int) {
-    return call("ZBR_CIM_GetBIOSRecoveryFlash", {}, [&] {
-        if (!is_open(session) || value == nullptr) {
+int ZBR_CIM_GetCSVForSensor(IpmiSession *session, uint16_t id, uint8_t sensorNumber, void *value, int *size,
+                            int) {
+    return call("ZBR_CIM_GetCSVForSensor", {Hex{id}, Hex{sensorNumber}, size != nullptr ? *size : 0}, [&] {
+        if (!is_open(session) || value == nullptr || size == nullptr || *size < 0) {
             return NoAnswer;
         }
-        Query query("SELECT BIOSRecoveryFlash FROM service_processor");
+        Query query("SELECT VariableIndex FROM full_sdr WHERE SensorNumber = ? AND VariableIndex IS NOT NULL",
+                    {sensorNumber});
         if (!query.next()) {
-            return CompletionCode + IpmiUnspecifiedError;
+            return result_of(query.failed ? IpmiUnspecifiedError : IpmiNotPresent);
         }
-        *value = static_cast<uint8_t>(query.number(0));
-        return 0;
+        const std::span<uint8_t> buffer(static_cast<uint8_t *>(value), static_cast<size_t>(*size));
+        uint16_t length = 0;
+        const uint8_t completion_code =
+            read_variable(id, static_cast<uint8_t>(query.number(0)), buffer, &length);
+        *size = length;
+        return result_of(completion_code);
     });
-}
-
-int ZBR_CIM_SetBIOSRecoveryFlash(IpmiSession *session, uint8_t value, int) {
-    return call("ZBR_CIM_SetBIOSRecoveryFlash", {value}, [&] {
-        return set_state(session, "UPDATE service_processor SET BIOSRecoveryFlash = ?", {value});
-    });
-}
-
-int ZBR_CIM_ResetPowerOnHours(IpmiSession *session, int) {
-    return call("ZBR_CIM_ResetPowerOnHours", {},
-                [&] { return set_state(session, "UPDATE power_on_hours SET Counter = 0", {}); });
 }

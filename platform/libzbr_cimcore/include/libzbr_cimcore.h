@@ -126,6 +126,67 @@ static_assert(offsetof(CompactSdrRow, RateUnits) == 836, "");
 static_assert(offsetof(CompactSdrRow, SensorName) == 860, "");
 static_assert(sizeof(CompactSdrRow) == 1120, "");
 
+/// A slot for a power supply. Its sensors tell whether there is a unit in it.
+typedef struct PsuRow {
+    uint8_t PresenceSensor; ///< compact sensor; its state is 1 with a unit in the slot
+    uint8_t reserved1[3];
+    uint8_t StatusSensor; ///< compact sensor; its state is 1 without a unit in the slot
+    uint8_t reserved5[3];
+    uint32_t PowerSensor; ///< full sensor
+    uint8_t reserved12[32];
+    int32_t FruDeviceId;
+    uint8_t reserved48[16];
+    int32_t EntityInstance;
+    char Designation[256];
+} PsuRow;
+
+static_assert(offsetof(PsuRow, PresenceSensor) == 0, "");
+static_assert(offsetof(PsuRow, StatusSensor) == 4, "");
+static_assert(offsetof(PsuRow, PowerSensor) == 8, "");
+static_assert(offsetof(PsuRow, FruDeviceId) == 44, "");
+static_assert(offsetof(PsuRow, EntityInstance) == 64, "");
+static_assert(offsetof(PsuRow, Designation) == 68, "");
+static_assert(sizeof(PsuRow) == 324, "");
+
+/// A fan. Its own sensors, and those of the unit that it is in, tell whether it is there.
+typedef struct FanRow {
+    uint8_t StatusSensor; ///< compact sensor
+    uint8_t reserved1[3];
+    uint8_t SpeedSensor; ///< full sensor
+    uint8_t reserved5[3];
+    int32_t PsuPresenceSensor; ///< compact sensor of the power supply that holds the fan; 0: none does
+    uint8_t reserved12[4];
+    int32_t EntityId; ///< 29 a fan, 10 a fan in a power supply
+    uint8_t reserved20[4];
+    char Name[256];
+    int32_t Attributes; ///< bits 4 and 5: kind of cooling device
+} FanRow;
+
+static_assert(offsetof(FanRow, StatusSensor) == 0, "");
+static_assert(offsetof(FanRow, SpeedSensor) == 4, "");
+static_assert(offsetof(FanRow, PsuPresenceSensor) == 8, "");
+static_assert(offsetof(FanRow, EntityId) == 16, "");
+static_assert(offsetof(FanRow, Name) == 24, "");
+static_assert(offsetof(FanRow, Attributes) == 280, "");
+static_assert(sizeof(FanRow) == 284, "");
+
+/// A FRU device locator: which FRU device is reached where.
+typedef struct FruDeviceSdrRow {
+    uint8_t reserved0[260];
+    uint32_t DeviceAddress; ///< 0x20: the service processor
+    uint32_t FruDeviceId;
+    uint32_t DeviceType;
+    uint8_t reserved272[288];
+} FruDeviceSdrRow;
+
+static_assert(offsetof(FruDeviceSdrRow, DeviceAddress) == 260, "");
+static_assert(offsetof(FruDeviceSdrRow, FruDeviceId) == 264, "");
+static_assert(offsetof(FruDeviceSdrRow, DeviceType) == 268, "");
+static_assert(sizeof(FruDeviceSdrRow) == 560, "");
+
+/// Room for the text of `zbr_oemdb_get_sys_info`.
+enum { SYSTEM_GUID_SIZE = 256 };
+
 /// Opens the database and stores a handle.
 int zbr_oemdb_init(uint32_t *handle);
 
@@ -137,6 +198,18 @@ int zbr_oemdb_get_ipmi_session_info(uint32_t handle, IpmiSessionInformation **in
 
 /// All registered profiles.
 int zbr_oemdb_get_all_reg_prof_info(uint32_t handle, int *count, RegisteredProfileRow **rows);
+
+/// The system's GUID as text, with its end; `guid` has room for `SYSTEM_GUID_SIZE` characters.
+int zbr_oemdb_get_sys_info(uint32_t handle, char *guid);
+
+/// All slots for power supplies.
+int zbr_oemdb_get_all_psu_info(uint32_t handle, int *count, PsuRow **rows);
+
+/// All fans.
+int zbr_oemdb_get_all_fan_info(uint32_t handle, int *count, FanRow **rows);
+
+/// All FRU device locators.
+int zbr_oemdb_get_all_frudevice_sdr_info(uint32_t handle, int *count, FruDeviceSdrRow **rows);
 
 /// The full SDRs of an IPMI sensor type and an entity id; 255 as entity id is any entity.
 int zbr_oemdb_get_specific_full_sdrs(uint32_t handle, int sensorType, int entityId, int *count,

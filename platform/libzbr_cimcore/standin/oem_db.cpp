@@ -28,6 +28,25 @@ constexpr Field profile_fields[] = {
 };
 const std::string all_profiles = select(profile_fields, "registered_profile ORDER BY position");
 
+constexpr Field psu_fields[] = {
+    SP_FIELD(PsuRow, PresenceSensor), SP_FIELD(PsuRow, StatusSensor),   SP_FIELD(PsuRow, PowerSensor),
+    SP_FIELD(PsuRow, FruDeviceId),    SP_FIELD(PsuRow, EntityInstance), SP_FIELD(PsuRow, Designation),
+};
+const std::string all_psu = select(psu_fields, "power_supply ORDER BY position");
+
+constexpr Field fan_fields[] = {
+    SP_FIELD(FanRow, StatusSensor), SP_FIELD(FanRow, SpeedSensor), SP_FIELD(FanRow, PsuPresenceSensor),
+    SP_FIELD(FanRow, EntityId),     SP_FIELD(FanRow, Name),        SP_FIELD(FanRow, Attributes),
+};
+const std::string all_fans = select(fan_fields, "fan ORDER BY position");
+
+constexpr Field fru_device_fields[] = {
+    SP_FIELD(FruDeviceSdrRow, DeviceAddress),
+    SP_FIELD(FruDeviceSdrRow, FruDeviceId),
+    SP_FIELD(FruDeviceSdrRow, DeviceType),
+};
+const std::string all_fru_devices = select(fru_device_fields, "frudevice_sdr ORDER BY position");
+
 constexpr Field full_sdr_fields[] = {
     SP_FIELD(FullSdrRow, SensorNumber),
     SP_FIELD(FullSdrRow, EntityId),
@@ -94,6 +113,33 @@ int zbr_oemdb_get_ipmi_session_info(uint32_t handle, IpmiSessionInformation **in
 int zbr_oemdb_get_all_reg_prof_info(uint32_t handle, int *count, RegisteredProfileRow **rows) {
     return call("zbr_oemdb_get_all_reg_prof_info", {Hex{handle}},
                 [&] { return rows_of(handle, all_profiles, {}, profile_fields, count, rows); });
+}
+
+int zbr_oemdb_get_sys_info(uint32_t handle, char *guid) {
+    return call("zbr_oemdb_get_sys_info", {Hex{handle}}, [&] {
+        Query query("SELECT GUID FROM system_info");
+        if (!is_open(Handle::OemDb, handle) || guid == nullptr || !query.next()) {
+            return 1;
+        }
+        // The caller tells the text's length by its end, and has no row to look at.
+        fill_text(guid, SYSTEM_GUID_SIZE, query.text(0).substr(0, SYSTEM_GUID_SIZE - 1));
+        return 0;
+    });
+}
+
+int zbr_oemdb_get_all_psu_info(uint32_t handle, int *count, PsuRow **rows) {
+    return call("zbr_oemdb_get_all_psu_info", {Hex{handle}},
+                [&] { return rows_of(handle, all_psu, {}, psu_fields, count, rows); });
+}
+
+int zbr_oemdb_get_all_fan_info(uint32_t handle, int *count, FanRow **rows) {
+    return call("zbr_oemdb_get_all_fan_info", {Hex{handle}},
+                [&] { return rows_of(handle, all_fans, {}, fan_fields, count, rows); });
+}
+
+int zbr_oemdb_get_all_frudevice_sdr_info(uint32_t handle, int *count, FruDeviceSdrRow **rows) {
+    return call("zbr_oemdb_get_all_frudevice_sdr_info", {Hex{handle}},
+                [&] { return rows_of(handle, all_fru_devices, {}, fru_device_fields, count, rows); });
 }
 
 int zbr_oemdb_get_specific_full_sdrs(uint32_t handle, int sensorType, int entityId, int *count,

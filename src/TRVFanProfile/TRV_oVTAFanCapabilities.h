@@ -1,0 +1,5 @@
+#pragma once
+
+#include "Utilities/CapabilitiesClass.h"
+
+DECLARE_CAPABILITIES_CLASS(FanCapabilities);

@@ -1,0 +1,107 @@
+#include "TRVSensorProfile/SensorFamily.h"
+
+#include "Utilities/Owners.h"
+#include "Utilities/Text.h"
+
+#include <algorithm>
+#include <iterator>
+
+// --- Filling a record
+
+void ClearLists(NumericSensorRecord &record) {
+    std::ranges::fill(record.OperationalStatus, -1);
+    for (auto *thresholds :
+         {&record.SupportedThresholds, &record.EnabledThresholds, &record.SettableThresholds}) {
+        std::ranges::fill(*thresholds, -1);
+    }
+}
+
+void SetSensorKeys(NumericSensorRecord &record, const char *className, const char *systemName,
+                   const char *name, std::size_t nameLimit) {
+    SetText(record.SystemCreationClassName, "TRV_oVTABaseServer");
+    SetText(record.SystemName, systemName);
+    SetText(record.CreationClassName, className);
+    CopyBounded(record.DeviceID, sizeof record.DeviceID, name, nameLimit);
+}
+
+void SetSensorName(NumericSensorRecord &record) {
+    CopyText(record.ElementName, record.DeviceID);
+    CopyText(record.Caption, record.DeviceID);
+}
+
+void SetWell(NumericSensorRecord &record) {
+    constexpr std::uint16_t health_ok = 5;
+    constexpr std::int32_t operational_ok = 2;
+    constexpr std::uint16_t no_additional_information = 1;
+    constexpr std::uint16_t operating_not_available = 1;
+    constexpr std::uint16_t primary_ok = 1;
+    record.HealthState = health_ok;
+    record.OperationalStatus[0] = operational_ok;
+    record.DetailedStatus = no_additional_information;
+    record.OperatingStatus = operating_not_available;
+    record.PrimaryStatus = primary_ok;
+    SetText(record.Status, "OK");
+}
+
+void SetKind(NumericSensorRecord &record, const SensorKind &kind) {
+    constexpr std::uint16_t not_applicable = 12;
+    record.SensorType = kind.sensorType;
+    record.EnabledState = kind.enabledState;
+    record.RequestedState = not_applicable;
+    record.BaseUnits = kind.baseUnits;
+    record.UnitModifier = kind.unitModifier;
+    record.RateUnits = 0;
+}
+
+void SetThresholds(NumericSensorRecord &record, const char *codes) {
+    FillValueList("SupportedThresholds", codes, record.SupportedThresholds,
+                  std::size(record.SupportedThresholds));
+    FillValueList("EnabledThresholds", codes, record.EnabledThresholds, std::size(record.EnabledThresholds));
+}
+
+void FillPossibleStates(NumericSensorRecord &record, int (*number)(),
+                        void (*text)(int index, char *text, int size), std::size_t size) {
+    constexpr int slots = std::size(NumericSensorRecord{}.PossibleStates);
+    for (int i = 0; i < slots && i < number(); ++i) {
+        auto *slot = static_cast<char *>(std::calloc(1, size));
+        if (slot == nullptr) {
+            TRACE(TraceFailure, "Memory Allocation Failed for PossibleStates");
+            continue;
+        }
+        text(i, slot, static_cast<int>(size));
+        slot[size - 1] = '\0';
+        record.PossibleStates[i] = slot;
+    }
+}
+
+void FreeTexts(char *(&texts)[64]) {
+    for (char *&text : texts) {
+        std::free(text);
+        text = nullptr;
+    }
+}
+
+std::int32_t ConvertReading(std::uint8_t reading, const FullSdrRow &row) {
+    return TruncateReading(PH_OEM_ConvertLinearSensorReading(reading, &row));
+}
+
+// --- Rows
+
+int GetFullSdrs(int sensorType, int entityId, FullSdrRow **rows, int *count) {
+    *rows = nullptr;
+    *count = 0;
+    std::uint32_t handle = 0;
+    const OEMDBOwner handleOwner{&handle};
+    if (PH_OEM_InitOEMDB(&handle) != 0) {
+        TRACE(TraceFailure, "Failed to create handle for OEM DB Access");
+        return -1;
+    }
+    if (zbr_oemdb_get_specific_full_sdrs(handle, sensorType, entityId, count, rows) == 1) {
+        TRACE(TraceFailure, "Failed in zbr_oemdb_get_specific_full_sdrs");
+        std::free(*rows);
+        *rows = nullptr;
+        *count = 0;
+        return -1;
+    }
+    return 0;
+}

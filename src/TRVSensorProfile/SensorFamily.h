@@ -1,0 +1,159 @@
+// What all sensor classes share: the properties that the head of their records becomes, the constants, the
+// texts of the possible states and their ownership.
+#pragma once
+
+#include "Utilities/NumericSensorTables.h"
+#include "Utilities/Owners.h"
+#include "Utilities/PH_OEM_SystemNames.h"
+
+#include <array>
+#include <span>
+
+// The columns of a class: those of every sensor, then its own.
+template <std::size_t N> consteval auto SensorColumns(const std::array<PropertyColumn, N> &own) {
+    constexpr auto &shared = Untagged<numeric_sensor_properties>;
+    std::array<PropertyColumn, shared.size() + N> columns{};
+    std::size_t next = 0;
+    for (const PropertyColumn &column : shared) {
+        columns[next++] = column;
+    }
+    for (const PropertyColumn &column : own) {
+        columns[next++] = column;
+    }
+    return columns;
+}
+template <const auto &own> inline constexpr auto sensor_columns = SensorColumns(Untagged<own>);
+
+// --- Filling a record
+
+// Makes all list fields empty; for each record before anything else.
+void ClearLists(NumericSensorRecord &record);
+
+// The four keys; the sensor's name comes from a field of its SDR.
+void SetSensorKeys(NumericSensorRecord &record, const char *className, const char *systemName,
+                   const char *name, std::size_t nameLimit);
+template <std::size_t N>
+void SetSensorKeys(NumericSensorRecord &record, const char *className, const char *systemName,
+                   const char (&name)[N]) {
+    SetSensorKeys(record, className, systemName, name, N);
+}
+
+// ElementName and Caption: the sensor's name, which the keys have already.
+void SetSensorName(NumericSensorRecord &record);
+
+// What every sensor says of its own health: that it is well.
+void SetWell(NumericSensorRecord &record);
+
+// The constants of a kind of sensor.
+struct SensorKind {
+    std::uint16_t sensorType;
+    std::uint16_t enabledState;
+    std::uint16_t baseUnits;
+    std::int32_t unitModifier;
+};
+void SetKind(NumericSensorRecord &record, const SensorKind &kind);
+
+// Supported and enabled thresholds, from the text that tells their codes: "1, 3".
+void SetThresholds(NumericSensorRecord &record, const char *codes);
+
+// The texts of the possible states, each a heap block of the record's; `size` is the room for one. A text for
+// which there is no memory stays out, with a trace line.
+void FillPossibleStates(NumericSensorRecord &record, int (*number)(),
+                        void (*text)(int index, char *text, int size), std::size_t size);
+
+// Frees the texts of a list of 64.
+void FreeTexts(char *(&texts)[64]);
+
+// The head of a record: the record itself, or its first member.
+inline NumericSensorRecord &SensorOf(NumericSensorRecord &record) {
+    return record;
+}
+template <typename R> NumericSensorRecord &SensorOf(R &record) {
+    return record.sensor;
+}
+
+// Cleans records that own nothing but the possible states of their heads.
+template <typename R> void CleanSensors(R **records, int count) {
+    for (int i = 0; *records != nullptr && i < count; ++i) {
+        FreeTexts(SensorOf((*records)[i]).PossibleStates);
+    }
+    std::free(*records);
+    *records = nullptr;
+}
+
+// A reading by the sensor's formula, cut to an integer.
+std::int32_t ConvertReading(std::uint8_t reading, const FullSdrRow &row);
+
+// --- Enumerating
+
+// How a class enumerates.
+template <typename R> struct SensorEnumeration {
+    const char *className;
+    void (*clean)(R **records, int count);
+    int (*systemName)(char *name, int size) = PH_OEM_GetBaseServerName; // 0, or -1 on failure
+    bool sessionForNames = true;
+};
+
+// One record for each of `rowCount` rows. `nameAt(i)` gives the text field with a sensor's name and
+// `fill(session, i, record)` everything but the keys, where it is wanted. 0, or -1 on failure.
+template <typename R, typename NameAt, typename Fill>
+int EnumerateSensors(const SensorEnumeration<R> &enumeration, int rowCount, R **records, int *count,
+                     int namesOnly, NameAt nameAt, Fill fill) {
+    struct Sensors {
+        R *block;
+        int count;
+        void (*clean)(R **records, int count);
+    };
+    const auto cleanUp = [](Sensors *sensors) { sensors->clean(&sensors->block, sensors->count); };
+    Sensors sensors = {NewRecords<R>(rowCount), rowCount, enumeration.clean};
+    const std::unique_ptr<Sensors, decltype(cleanUp)> owner{&sensors, cleanUp};
+    if (sensors.block == nullptr) {
+        return -1;
+    }
+    for (int i = 0; i < rowCount; ++i) {
+        ClearLists(SensorOf(sensors.block[i]));
+    }
+    char systemName[256] = "";
+    if (enumeration.systemName(systemName, sizeof systemName) != 0) {
+        return -1;
+    }
+    IpmiSession session{};
+    const SessionOwner sessionOwner{&session};
+    if ((namesOnly == 0 || enumeration.sessionForNames) && PH_OEM_CreateIPMISession(&session) != 0) {
+        TRACE(TraceFailure, "Create IPMI session failed");
+        return -1;
+    }
+    for (int i = 0; i < rowCount; ++i) {
+        R &record = sensors.block[i];
+        SetSensorKeys(SensorOf(record), enumeration.className, systemName, nameAt(i));
+        if (namesOnly == 0) {
+            fill(&session, i, record);
+        }
+    }
+    *records = sensors.block;
+    *count = sensors.count;
+    sensors.block = nullptr;
+    sensors.count = 0;
+    return 0;
+}
+
+// --- Rows
+
+// The number of rows that there are, whatever an odd count says.
+template <typename Row> int UsedRows(const Row *rows, int count) {
+    return rows == nullptr || count < 0 ? 0 : count;
+}
+
+// The full SDRs of a sensor type and entity (255 for any), for the caller to free. 0, or -1 with no rows on
+// failure.
+int GetFullSdrs(int sensorType, int entityId, FullSdrRow **rows, int *count);
+
+// clang-format off
+
+// Exports a sensor class whose own properties are in the table `properties`; it has its own PH_OEM_Clean_<C>. The
+// record is a NumericSensorRecord, or has one as its first member.
+#define EXPORT_SENSOR_CLASS(C, text, ...)                                                                    \
+    EXPORT_COLUMNS(C, text, Untagged<sensor_keys>, sensor_columns<properties>,                               \
+                   .superclass = "TRV_NumericSensor", .pathOrder = sensor_path_order,                        \
+                   .instanceOrder = sensor_instance_order __VA_OPT__(,) __VA_ARGS__)
+// clang-format on

@@ -1,0 +1,5 @@
+#pragma once
+
+#include "TRVSensorProfile/DiscreteSensorFamily.h"
+
+DECLARE_DISCRETE_SENSOR_CLASS(BMCFlashSensor);

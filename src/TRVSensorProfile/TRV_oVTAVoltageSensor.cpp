@@ -1,0 +1,93 @@
+// TRV_oVTAVoltageSensor: the voltages of the system board and of the battery, in hundredths of a volt: first
+// all sensors of the one, then all of the other.
+#include "TRVSensorProfile/TRV_oVTAVoltageSensor.h"
+
+#include "TRVSensorProfile/SensorFamily.h"
+#include "Utilities/Text.h"
+
+#include "libzbr_cim.h"
+#include "libzbr_cimipmi.h"
+
+namespace {
+
+using R = VoltageSensorRecord;
+
+constexpr Property<R> properties[] = {
+    {"DetailedStatus", CMPI_uint16, FIELD(R, DetailedStatus), "Constant."},
+    {"OperatingStatus", CMPI_uint16, FIELD(R, OperatingStatus), "Constant."},
+    {"PrimaryStatus", CMPI_uint16, FIELD(R, PrimaryStatus), "Constant."},
+    {"Status", CMPI_chars, FIELD(R, Status), "Constant."},
+    {"LowerThresholdCritical", CMPI_sint32, FIELD(R, LowerThresholdCritical),
+     "Hundredths of a volt. OEM DB, full SDRs: lower critical threshold by the sensor's formula."},
+    {"UpperThresholdCritical", CMPI_sint32, FIELD(R, UpperThresholdCritical),
+     "Hundredths of a volt. OEM DB, full SDRs: upper critical threshold by the sensor's formula."},
+};
+
+constexpr SensorKind kind = {.sensorType = 3, .enabledState = 5, .baseUnits = 5, .unitModifier = -2};
+constexpr std::size_t state_size = 64;
+
+std::int32_t ConvertScaled(std::uint8_t reading, const FullSdrRow &row) {
+    return TruncateReading(PH_OEM_ConvertLinearSensorReading(reading, &row) *
+                           ph_oem_power(10, -kind.unitModifier));
+}
+
+void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
+    SetSensorName(record);
+    SetKind(record, kind);
+    SetThresholds(record, "2, 3");
+    SetWell(record);
+    record.LowerThresholdCritical = ConvertScaled(row.LowerThresholdCritical, row);
+    record.UpperThresholdCritical = ConvertScaled(row.UpperThresholdCritical, row);
+    FillPossibleStates(record, Zbr_CimIpmi_GetVolSensorNumOfPossibleState,
+                       Zbr_CimIpmi_GetVolSensorPossibleState, state_size);
+    // A reading that fails shows as a raw reading of 0 and as the state 0, whatever the sensor before had.
+    std::uint8_t reading = 0;
+    std::uint8_t state = 0;
+    ZBR_CIM_GetFullSensorReading(session, row.SensorNumber, nullptr, &reading, &state, backend_timeout);
+    record.CurrentReading = ConvertScaled(reading, row);
+    char text[32] = "";
+    Zbr_CimIpmi_GetVolCurrentState(state, text, sizeof text);
+    CopyText(record.CurrentState, text);
+}
+
+} // namespace
+
+int PH_OEM_Enum_VoltageSensor_Instance(R **records, int *count, int namesOnly) {
+    constexpr int voltage = 2;
+    constexpr int system_board = 7;
+    constexpr int battery = 40;
+    TRACE(TraceProgress, "Entering %s", __func__);
+    FullSdrRow *boardRows = nullptr;
+    FullSdrRow *batteryRows = nullptr;
+    int boardCount = 0;
+    int batteryCount = 0;
+    if (GetFullSdrs(voltage, system_board, &boardRows, &boardCount) != 0) {
+        return -1;
+    }
+    const Block<FullSdrRow> boardOwner{boardRows};
+    if (GetFullSdrs(voltage, battery, &batteryRows, &batteryCount) != 0) {
+        return -1;
+    }
+    const Block<FullSdrRow> batteryOwner{batteryRows};
+    boardCount = UsedRows(boardRows, boardCount);
+    batteryCount = UsedRows(batteryRows, batteryCount);
+    if (boardCount + batteryCount < 1) {
+        TRACE(TraceProgress, "No records from DB");
+        return 0;
+    }
+    const auto rowAt = [=](int i) -> const FullSdrRow & {
+        return i < boardCount ? boardRows[i] : batteryRows[i - boardCount];
+    };
+    return EnumerateSensors<R>(
+        {.className = "TRV_oVTAVoltageSensor", .clean = PH_OEM_Clean_VoltageSensor},
+        boardCount + batteryCount, records, count,
+        namesOnly, [=](int i) -> auto & { return rowAt(i).SensorName; },
+        [=](IpmiSession *session, int i, R &record) { FillRecord(session, rowAt(i), record); });
+}
+
+void PH_OEM_Clean_VoltageSensor(R **records, int count) {
+    TRACE(TraceProgress, "Entering %s", __func__);
+    CleanSensors(records, count);
+}
+
+EXPORT_SENSOR_CLASS(VoltageSensor, "A voltage sensor of the system board or of the battery.");

@@ -1,0 +1,214 @@
+// Every operation of every class, with every call that it makes failing in turn: calls of the back ends,
+// allocations, dlopen and dlsym. A client must be told, or see a gap where the value would be; nothing may be
+// left open, and nothing but what the operation is there to change may change on the service processor.
+#include "platform/sp/functions.h"
+#include "sweep/operations.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <set>
+
+namespace {
+
+// A call that is to fail: of a back-end function or, where that is empty, of a kind of the library's own
+// calls.
+struct FailingCall {
+    std::string function;
+    wraps::Call kind;
+    int at; // 0 for every call
+    std::optional<int> result = {};
+};
+
+void arm(const FailingCall &call) {
+    if (call.function.empty()) {
+        wraps::fail(call.kind, call.at);
+    } else {
+        sp::fail(call.function, {call.at, call.result});
+    }
+}
+
+// Whether the run came to the call, so that it did fail.
+bool hasFailed(const FailingCall &call) {
+    if (call.function.empty()) {
+        return wraps::calls(call.kind) >= call.at;
+    }
+    return std::ranges::any_of(sp::take_journal(), &sp::JournalEntry::fault);
+}
+
+std::string textOf(const FailingCall &call) {
+    const char *const kinds[wraps::call_kinds] = {"allocation", "dlopen", "dlsym"};
+    const std::string name = call.function.empty() ? kinds[call.kind] : call.function;
+    return name + '@' + std::to_string(call.at) + (call.result ? '=' + std::to_string(*call.result) : "");
+}
+
+// A function without a result can tell nobody that it did nothing.
+bool hasNoResult(const FailingCall &call) {
+    return !call.function.empty() && sp::function_table[sp::find_function(call.function)].failure == 0;
+}
+
+// How else than ordinarily a function can fail. What talks to the service processor gets no answer or an
+// error's completion code; the raw command hands the code over, below 0x100 with a call that succeeds.
+std::vector<int> otherFailures(const std::string &function) {
+    constexpr int no_answer = 0x2001;
+    constexpr int invalid_command = 0xC1;
+    constexpr int completion_code = 0x100;
+    if (function == "LIBIPMI_Send_RAW_IPMI2_0_Command") {
+        return {invalid_command, completion_code + invalid_command};
+    }
+    return function.starts_with("ZBR_CIM_Get") || function.starts_with("ZBR_CIM_Set") ||
+                   function.starts_with("ZBR_CIM_Reset")
+               ? std::vector<int>{no_answer, completion_code + invalid_command}
+               : std::vector<int>{};
+}
+
+// All that can fail in a run like the one that was just recorded. The trace may fail only altogether: its
+// functions have no result.
+std::vector<FailingCall> failingCalls() {
+    std::vector<FailingCall> calls;
+    std::map<std::string, int> made;
+    for (const sp::JournalEntry &entry : sp::take_journal()) {
+        ++made[entry.function];
+    }
+    for (const auto &[function, count] : made) {
+        calls.push_back({function, {}, 0});
+        for (int at = 1; !function.starts_with("zbr_debug") && at <= count; ++at) {
+            calls.push_back({function, {}, at});
+            for (const int result : otherFailures(function)) {
+                calls.push_back({function, {}, at, result});
+            }
+        }
+    }
+    for (const wraps::Call kind : {wraps::Allocation, wraps::Open, wraps::Symbol}) {
+        for (int at = 1; at <= wraps::calls(kind); ++at) {
+            calls.push_back({"", kind, at});
+        }
+    }
+    return calls;
+}
+
+// --- What a run may come to
+
+// Whether a value is the clean run's or a gap: unset, null, zero or empty; of an array, each element.
+bool isValueOrGap(const std::string &value, const std::string &clean) {
+    static const std::set<std::string> gaps = {"", "NULL", "0", "false", "{}", "00000000000000.000000:000"};
+    const auto elements = [](const std::string &array) { return array.substr(1, array.size() - 2); };
+    if (value == clean || gaps.contains(value)) {
+        return true;
+    }
+    if (!clean.starts_with('{') || !value.starts_with('{')) {
+        return false;
+    }
+    const auto cut = [](const std::string &list) { return list.find(", "); };
+    std::string rest = elements(value), cleanRest = elements(clean);
+    while (cut(rest) != std::string::npos && cut(cleanRest) != std::string::npos) {
+        if (!isValueOrGap(rest.substr(0, cut(rest)), cleanRest.substr(0, cut(cleanRest)))) {
+            return false;
+        }
+        rest.erase(0, cut(rest) + 2);
+        cleanRest.erase(0, cut(cleanRest) + 2);
+    }
+    return isValueOrGap(rest, cleanRest);
+}
+
+// A success: the same instances, each value there or a gap.
+void expectSameButForGaps(const Outcome &outcome, const Outcome &clean) {
+    ASSERT_EQ(outcome.instances.size(), clean.instances.size());
+    for (const auto &[path, values] : clean.instances) {
+        const auto found = outcome.instances.find(path);
+        ASSERT_NE(found, outcome.instances.end()) << path << " is gone";
+        for (const auto &[property, value] : found->second) {
+            const auto at = values.find(property);
+            EXPECT_TRUE(at != values.end() && isValueOrGap(value, at->second))
+                << path << ": " << property << " is " << value;
+        }
+    }
+}
+
+using Rows = std::vector<std::string>;
+
+void expectChangesOnlyIn(const Rows &before, const Rows &after, const std::vector<std::string> &globs) {
+    Rows changed;
+    std::ranges::set_symmetric_difference(before, after, std::back_inserter(changed));
+    for (const std::string &row : changed) {
+        EXPECT_TRUE(std::ranges::any_of(
+            globs, [&](const std::string &glob) { return broker::matchesGlob(row, glob); }))
+            << "the store's row changed: " << row;
+    }
+}
+
+// --- The sweep
+
+struct Clean {
+    Outcome outcome;
+    Rows before, after;
+};
+
+// What the sweep has tried, for its summary.
+struct Tally {
+    std::set<std::string> classes;
+    int operations = 0, backEnd = 0, own = 0;
+} tally;
+
+struct FaultSweep : ServiceProcessorTest, testing::WithParamInterface<std::string> {
+    static void TearDownTestSuite() {
+        std::printf(
+            "fault sweep: %zu classes, %d operations, %d failing back-end calls, %d failing allocations, "
+            "dlopen and dlsym: %s\n",
+            tally.classes.size(), tally.operations, tally.backEnd, tally.own,
+            testing::UnitTest::GetInstance()->Passed() ? "all told and balanced" : "NOT all balanced");
+    }
+
+    // Runs on the server as it is, and leaves it so.
+    Outcome runAndUndo(const Operation &operation, Rows &after, const std::function<void()> &arm) {
+        sp::sql("SAVEPOINT sweep");
+        const Outcome outcome = runBalanced(operation, arm);
+        after = dumpOfStore();
+        sp::sql("ROLLBACK TO sweep; RELEASE sweep");
+        return outcome;
+    }
+
+    void runFailing(const Operation &operation, const FailingCall &call, const Clean &clean) {
+        SCOPED_TRACE(operation.name + " with " + textOf(call));
+        Rows after;
+        const Outcome outcome = runAndUndo(operation, after, [&] { arm(call); });
+        EXPECT_TRUE(hasFailed(call)) << "the call was never made";
+        expectChangesOnlyIn(clean.before, after, operation.writes);
+        if (outcome.rc != CMPI_RC_OK) {
+            EXPECT_TRUE(isTold(operation, outcome)) << outcome.rc << ' ' << outcome.message;
+            return;
+        }
+        expectSameButForGaps(outcome, clean.outcome);
+        const bool toldByValue = std::ranges::count(operation.toldValues, outcome.value) != 0;
+        EXPECT_TRUE(toldByValue || outcome.value == clean.outcome.value) << "it returned " << outcome.value;
+        const bool unnoticed = std::ranges::count(operation.unnoticed, call.function) != 0;
+        EXPECT_TRUE(after == clean.after || hasNoResult(call) ||
+                    ((toldByValue || unnoticed) && after == clean.before))
+            << "it says that it succeeded, and the store says otherwise";
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Class, FaultSweep, testing::ValuesIn(allClasses()),
+                         [](const auto &each) { return each.param; });
+
+TEST_P(FaultSweep, EveryFailingCallIsToldAndLeavesNothingBehind) {
+    tally.classes.insert(GetParam());
+    for (const Operation &operation : operationsOf(*this, GetParam(), Kinds::All)) {
+        ++tally.operations;
+        Clean clean{{}, dumpOfStore(), {}};
+        clean.outcome = runAndUndo(operation, clean.after, [] {});
+        const std::vector<FailingCall> calls = failingCalls();
+        ASSERT_EQ(clean.outcome.rc, CMPI_RC_OK) << operation.name << ": " << clean.outcome.message;
+        EXPECT_EQ(clean.after == clean.before, operation.writes.empty()) << operation.name;
+        for (const FailingCall &call : calls) {
+            runFailing(operation, call, clean);
+            ++(call.function.empty() ? tally.own : tally.backEnd);
+        }
+        Rows after;
+        EXPECT_EQ(runAndUndo(operation, after, [] {}), clean.outcome)
+            << operation.name << " isn't what it was";
+    }
+    const std::string password = sp::sql("SELECT Password FROM session_information")[0][0];
+    EXPECT_EQ(trace().find(password), std::string::npos) << "the trace shows the password";
+}
+
+} // namespace

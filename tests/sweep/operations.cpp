@@ -1,0 +1,203 @@
+#include "sweep/operations.h"
+
+#include <algorithm>
+#include <dlfcn.h>
+
+namespace {
+
+// --- Sample requests for operations that change the service processor
+
+struct Change {
+    const char *className;
+    const char *method; // NULL for ModifyInstance
+    ServiceProcessorTest::Values values;
+    std::vector<std::string> failures;
+    std::vector<std::string> writes;
+    std::vector<std::string> unnoticed;
+    std::vector<std::string> toldValues;
+};
+
+// A value other than the sample server's for each property that can be modified, and arguments for each
+// method.
+const Change changes[] = {
+    {"ServerConfigSettings",
+     nullptr,
+     {{"BIOSRecoveryFlash", {"true"}},
+      {"ConfDisableFanTest", {"true"}},
+      {"ConfErrorOffRestartTime", {"400"}},
+      {"ConfFanDailyTestTime", {"600"}},
+      {"ConfPowerCycleDelay", {"9"}},
+      {"ConfRebootRetryCounter", {"2"}},
+      {"ConfRetryCounterMax", {"7"}},
+      {"ConfTempCriticalPowerOff", {"false"}}},
+     {"4 Invalid Property: *", "4 failed to get the * value for the target instance",
+      "1 failed to set the * value for the target instance"},
+     {"service_processor|*", "configuration_variable|48|*", "configuration_variable|50|*",
+      "configuration_variable|51|*", "configuration_variable|119|*", "configuration_variable|128|*",
+      "configuration_variable|132|*", "configuration_variable|162|*"},
+     {"zbr_oemdb_init", "zbr_oemdb_get_ipmi_session_info", "CIM_Create_IPMI20_Session"},
+     {}},
+    {"ServerConfigSettings",
+     "ResetPowerOnCounter",
+     {},
+     {"1 failed to reset the PowerOnHours"},
+     {"power_on_hours|*"},
+     {},
+     {"2"}},
+};
+
+// --- Outcomes
+
+std::map<std::string, std::string> valuesOf(const CMPIInstance *instance) {
+    std::map<std::string, std::string> values;
+    for (CMPICount i = 0; i < CMGetPropertyCount(instance, nullptr); ++i) {
+        CMPIString *name = nullptr;
+        const CMPIData value = CMGetPropertyAt(instance, i, &name, nullptr);
+        values[CMGetCharsPtr(name, nullptr)] = broker::textOfValue(value);
+    }
+    return values;
+}
+
+void add(Outcome &outcome, const CMPIInstance *instance) {
+    outcome.instances[broker::textOfPath(CMGetObjectPath(instance, nullptr))] = valuesOf(instance);
+}
+
+Outcome outcomeOf(const Reply &reply) {
+    const broker::Answer &answer = reply.answer;
+    Outcome outcome{answer.rc, answer.message};
+    for (const CMPIInstance *instance : answer.instances) {
+        add(outcome, instance);
+    }
+    for (const CMPIObjectPath *path : answer.paths) {
+        outcome.instances[broker::textOfPath(path)];
+    }
+    outcome.value = answer.value.type == CMPI_null ? "" : broker::textOfValue(answer.value);
+    return outcome;
+}
+
+using GetInstArray = CMPIArray *(const CMPIObjectPath *, const CMPIBroker *, const CMPIContext *,
+                                 const char **properties);
+
+// The array of all instances, which only other providers ask for; without one there is no message.
+Outcome arrayOf(ServiceProcessorTest &server, const std::string &className, GetInstArray *function) {
+    const broker::RequestPointer request = server.request();
+    const CMPIArray *array =
+        function(server.path(*request, className), server.cmpi(), broker::contextOf(*request), nullptr);
+    Outcome outcome{array == nullptr ? CMPI_RC_ERR_FAILED : CMPI_RC_OK};
+    for (CMPICount i = 0; array != nullptr && i < CMGetArrayCount(array, nullptr); ++i) {
+        add(outcome, CMGetArrayElementAt(array, i, nullptr).value.inst);
+    }
+    return outcome;
+}
+
+// A function of the class library, or NULL.
+void *exported(const std::string &name) {
+    void *library = dlopen("libVendorClassHelper.so", RTLD_NOW | RTLD_NOLOAD);
+    void *function = dlsym(library, name.c_str());
+    dlclose(library);
+    return function;
+}
+
+const Change *findChange(const std::string &className, const std::string &method) {
+    const auto found = std::ranges::find_if(changes, [&](const Change &change) {
+        return change.className == className && (change.method == nullptr ? "" : change.method) == method;
+    });
+    EXPECT_NE(found, std::end(changes))
+        << className << " has no sample request for " << (method.empty() ? "ModifyInstance" : method);
+    return found == std::end(changes) ? nullptr : found;
+}
+
+Operation changing(const Change &change, std::function<Outcome()> run) {
+    return {.name =
+                std::string(change.method == nullptr ? "modify" : change.method) + " of " + change.className,
+            .run = std::move(run),
+            .failures = change.failures,
+            .writes = change.writes,
+            .unnoticed = change.unnoticed,
+            .toldValues = change.toldValues};
+}
+
+} // namespace
+
+std::vector<Operation> operationsOf(ServiceProcessorTest &server, const std::string &className, Kinds kinds) {
+    const Reply names = server.names(className);
+    EXPECT_FALSE(names.answer.paths.empty()) << "the sample server has no " << className;
+    if (names.answer.paths.empty()) {
+        return {};
+    }
+    const std::string prefix = "TRV_oVTA";
+    const std::string path = broker::textOfPath(names.answer.paths.back()).substr(prefix.size());
+
+    std::vector<Operation> operations = {
+        {"names of " + className,
+         [=, &server] { return outcomeOf(server.names(className)); },
+         {"1 Failed to Enumerate Instance Names"}},
+        {"instances of " + className,
+         [=, &server] { return outcomeOf(server.enumerate(className)); },
+         {"1 Failed to Enumerate Instance"}},
+        {"get " + path, [=, &server] { return outcomeOf(server.get(path)); }, {"1 Failed to Get Instance"}},
+    };
+    if (void *function = exported("PH_OEM_" + className + "_GetInstArray")) {
+        auto *getInstArray = reinterpret_cast<GetInstArray *>(function);
+        operations.push_back({"array of " + className,
+                              [=, &server] { return arrayOf(server, className, getInstArray); },
+                              {"1 "}});
+    }
+    if (kinds == Kinds::Reading) {
+        return operations;
+    }
+    if (exported("PH_OEM_MI_" + className) != nullptr) {
+        if (const Change *change = findChange(className, "")) {
+            operations.push_back(
+                changing(*change, [=, &server] { return outcomeOf(server.modify(path, change->values)); }));
+        }
+    }
+    for (const broker::Method &method : broker::classNamed(theBroker(), prefix + className)->methods) {
+        if (const Change *change = findChange(className, method.name)) {
+            operations.push_back(changing(*change, [=, &server] {
+                return outcomeOf(server.invoke(path, change->method, change->values));
+            }));
+        }
+    }
+    return operations;
+}
+
+bool isTold(const Operation &operation, const Outcome &outcome) {
+    const std::string status = std::to_string(outcome.rc) + ' ' + outcome.message;
+    return outcome.instances.empty() && std::ranges::any_of(operation.failures, [&](const std::string &glob) {
+               return broker::matchesGlob(status, glob);
+           });
+}
+
+std::vector<std::string> dumpOfStore() {
+    std::vector<std::string> lines;
+    for (const auto &table : sp::sql("SELECT name FROM sqlite_master WHERE type = 'table'")) {
+        for (const auto &row : sp::sql("SELECT * FROM \"" + table[0] + '"')) {
+            std::string &line = lines.emplace_back(table[0]);
+            for (const std::string &value : row) {
+                line += '|' + value;
+            }
+        }
+    }
+    std::ranges::sort(lines);
+    return lines;
+}
+
+Outcome runBalanced(const Operation &operation, const std::function<void()> &arm) {
+    wraps::reset();
+    sp::clear_faults();
+    sp::start_journal();
+    const int given = sp::blocks_given();
+    arm();
+    const Outcome outcome = operation.run();
+    sp::clear_faults();
+    for (const sp::Handle kind : {sp::Handle::OemDb, sp::Handle::CoreDb, sp::Handle::Session}) {
+        EXPECT_EQ(sp::open_handles(kind), 0) << "handles of kind " << static_cast<int>(kind);
+    }
+    EXPECT_EQ(wraps::openLibraries(), 0);
+    EXPECT_EQ(wraps::liveBlocks(), 0) << "of its own";
+    EXPECT_EQ(wraps::foreignBlocksFreed(), sp::blocks_given() - given) << "blocks of rows";
+    EXPECT_EQ(broker::liveObjects(theBroker()), 0U);
+    EXPECT_EQ(broker::liveClones(theBroker()), 0U);
+    return outcome;
+}
