@@ -2,6 +2,10 @@
 #include "objects.h"
 #include "quoting.h"
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 namespace broker {
 
 namespace {
@@ -112,6 +116,30 @@ CMPIObjectPath *parsePath(Request &request, std::string_view text, std::string &
     return isRead ? &path->cmpi : nullptr;
 }
 
+namespace {
+
+// The place of a key in the class's declaration; undeclared ones come last.
+size_t placeOf(const Class *cls, std::string_view key) {
+    size_t place = 0;
+    while (cls != nullptr && place < cls->keys.size() &&
+           !sameName(cls->properties[cls->keys[place]].name, key)) {
+        ++place;
+    }
+    return place;
+}
+
+// The keys in the order of their declaration: a path's text doesn't depend on who made it.
+std::vector<const NamedValue *> orderedKeys(const PathBody &body) {
+    std::vector<const NamedValue *> keys;
+    for (CMPICount i = 0; i < body.keys.count; ++i) {
+        keys.push_back(&body.keys.values[i]);
+    }
+    std::ranges::stable_sort(keys, {}, [&](const NamedValue *key) { return placeOf(body.cls, key->name); });
+    return keys;
+}
+
+} // namespace
+
 std::string textOfPath(const CMPIObjectPath *path, bool withNameSpace) {
     const PathBody &body = *objectOf(path)->body;
     std::string text;
@@ -119,9 +147,10 @@ std::string textOfPath(const CMPIObjectPath *path, bool withNameSpace) {
         text = std::string(CMGetCharPtr(&body.nameSpace->cmpi)) + ':';
     }
     text += CMGetCharPtr(&body.className->cmpi);
-    for (CMPICount i = 0; i < body.keys.count; ++i) {
-        const auto &[name, data] = body.keys.values[i];
-        text += (i == 0 ? "." : ",") + std::string(name) + '=' +
+    const char *separator = ".";
+    for (const NamedValue *key : orderedKeys(body)) {
+        const auto &[name, data] = *key;
+        text += std::exchange(separator, ",") + std::string(name) + '=' +
                 (data.type == CMPI_boolean && !CMIsNullValue(data) ? (data.value.boolean ? "TRUE" : "FALSE")
                                                                    : mofOfValue(data));
     }

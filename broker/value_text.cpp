@@ -54,11 +54,10 @@ std::string textOfChar16(CMPIChar16 c) {
 
 std::string joined(const CMPIData &array, std::string (*textOf)(const CMPIData &)) {
     std::string text = "{";
+    const char *separator = "";
     for (const CMPIData &element : elementsOf(array)) {
-        if (text.size() > 1) {
-            text += ", ";
-        }
-        text += textOf(element);
+        text += separator + textOf(element);
+        separator = ", ";
     }
     return text + '}';
 }

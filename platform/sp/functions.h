@@ -122,6 +122,17 @@ constexpr size_t find_function(std::string_view name) {
     return index;
 }
 
+static_assert(
+    [] {
+        for (size_t index = 0; index < function_count; ++index) {
+            if (find_function(function_table[index].name) != index) {
+                return false;
+            }
+        }
+        return true;
+    }(),
+    "a function is in the table twice");
+
 /// A position in the table, made from a name while compiling: a name that isn't there doesn't compile.
 struct Function {
     size_t index;

@@ -91,6 +91,20 @@ constexpr IpmiCommand commands[] = {
     {Oem, 0x03, 0x10, 0, start_fan_test},
 };
 
+static_assert(
+    [] {
+        for (const IpmiCommand &command : commands) {
+            for (const IpmiCommand &other : commands) {
+                if (&command != &other && command.net_function == other.net_function &&
+                    command.command == other.command && command.sub_command == other.sub_command) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }(),
+    "a command is in the table twice");
+
 } // namespace
 
 const IpmiCommands ipmi_commands = commands;

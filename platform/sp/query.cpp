@@ -219,10 +219,14 @@ bool read_rows(std::string_view text, std::initializer_list<Value> values, std::
     if (claimed > 0) {
         block.reset();
     }
-    blocks += block != nullptr;
-    *rows = block.release();
+    *rows = give_block(block.release());
     *count = claimed.value_or(static_cast<int>(used));
     return true;
+}
+
+void *give_block(void *block) {
+    blocks += block != nullptr;
+    return block;
 }
 
 int blocks_given() {

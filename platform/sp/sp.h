@@ -109,7 +109,7 @@ enum class Handle { CoreDb, OemDb, Session };
 /// Number of handles of a kind that are open in the process.
 int open_handles(Handle kind);
 
-/// Number of blocks of rows that callers have been given to free, since the process began.
+/// Number of blocks, of rows and of texts, that callers have been given to free, since the process began.
 int blocks_given();
 
 // What the simulation adds to the service processor

@@ -149,6 +149,9 @@ bool read_one(std::string_view text, std::initializer_list<Value> values, std::s
     return read_rows(text, values, fields, row, &count);
 }
 
+/// Counts a heap block that the caller gets and has to free, and returns it. NULL is none.
+void *give_block(void *block);
+
 // Handles and sessions
 
 /// Opens a handle of a kind; never 0.

@@ -86,7 +86,7 @@ TEST_F(BaseServer, IdentifyingInformationComesFromThreePlaces) {
     setVariable(0x0210, "'tag'");
     EXPECT_EQ(shown("OtherIdentifyingInfo"), "{guid, serial, tag}");
     EXPECT_EQ(shown("IdentifyingDescriptions"), "{CIM:GUID, CIM:Model:SerialNumber, CIM:Tag}");
-    EXPECT_EQ(shown("OtherDedicatedDescriptions"), "{}") << "one empty text ends the list";
+    EXPECT_EQ(shown("OtherDedicatedDescriptions"), "{}") << "one empty text";
 }
 
 TEST_F(BaseServer, IdentifyingInformationThatCannotBeReadIsLeftOut) {

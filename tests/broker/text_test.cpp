@@ -15,7 +15,7 @@ TEST_F(Texts, APathReadsBackAsItIsWritten) {
         {"T_Thing.Id=\"a.b:c,d=e\"", "root/cimv2:T_Thing.Id=\"a.b:c,d=e\""},
         {"root/x:Thing.id=\"\"", "root/x:T_Thing.Id=\"\""},
         {R"(Thing.Id="say \"x\" \\ \n")", R"(root/cimv2:T_Thing.Id="say \"x\" \\ \n")"},
-        {"Other.Slot=0x10,Id=\"a\"", "root/cimv2:T_Other.Slot=16,Id=\"a\""},
+        {"Other.Slot=0x10,Id=\"a\"", "root/cimv2:T_Other.Id=\"a\",Slot=16"}, // as declared
         {R"(Link.Left="T_Thing.Id=\"a\",",Right="T_Other")", nullptr},
         {R"(Link.Left="T_Thing.Id=\"a\"",Right="T_Other.Id=\"b\",Slot=1")",
          R"(root/cimv2:T_Link.Left="T_Thing.Id=\"a\"",Right="T_Other.Id=\"b\",Slot=1")"},

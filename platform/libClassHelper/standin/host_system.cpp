@@ -65,12 +65,15 @@ void clean(HostComputerSystemRow *rows, int count) {
 HostComputerSystemRow *make_row(bool names_only) {
     const std::optional<std::string> name = host_name();
     auto *row = static_cast<HostComputerSystemRow *>(calloc(1, sizeof(HostComputerSystemRow)));
-    if (!name || row == nullptr || (copy_text(row->Name, *name), !names_only && !fill(row))) {
-        clean(row, 1);
-        return nullptr;
+    if (name && row != nullptr) {
+        copy_text(row->Name, *name);
+        copy_text(row->CreationClassName, "TRV_oVTABaseServer");
+        if (names_only || fill(row)) {
+            return row;
+        }
     }
-    copy_text(row->CreationClassName, "TRV_oVTABaseServer");
-    return row;
+    clean(row, 1);
+    return nullptr;
 }
 
 // State changes

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iterator>
 #include <span>
 
 #include "ipmi.h"
@@ -10,7 +11,7 @@
 namespace sp {
 
 /// How an element is.
-enum Condition { Unknown, Good, Warned, FailureNear, Stressed, Unsupplied, Failed, Critical };
+enum Condition : uint8_t { Unknown, Good, Warned, FailureNear, Stressed, Unsupplied, Failed, Critical };
 
 /// The same in CIM's values.
 struct CimStatus {
@@ -31,11 +32,12 @@ constexpr CimStatus cim_status[] = {
     {20, 3, 1, "Error"},     // Failed
     {25, 3, 4, "Error"},     // Critical
 };
+static_assert(std::size(cim_status) == Critical + 1);
 
-/// One state of a kind of element: the bits that are set in it.
+/// One state of a kind of element, with the bits that are set in it.
 struct State {
-    uint16_t bits;
     const char *text;
+    uint16_t bits;
     Condition condition = Unknown;
 };
 
@@ -46,23 +48,23 @@ using States = std::span<const State>;
 constexpr uint16_t psu_not_present = 0x0001;
 
 constexpr State psu_states[] = {
-    {psu_not_present, "Not Present"},
-    {0x0002, "OK", Good},
-    {0x0004, "Failure Predicted", FailureNear},
-    {0x0008, "Overloaded", Stressed},
-    {0x0010, "Input Lost", Unsupplied},
-    {0x0020, "Failed", Failed},
-    {0xFFFF, "Unknown"},
+    {"Not Present", psu_not_present},
+    {"OK", 0x0002, Good},
+    {"Failure Predicted", 0x0004, FailureNear},
+    {"Overloaded", 0x0008, Stressed},
+    {"Input Lost", 0x0010, Unsupplied},
+    {"Failed", 0x0020, Failed},
+    {"Unknown", 0xFFFF},
 };
 
 constexpr State fan_states[] = {
-    {0x0001, "OK", Good},
-    {0x0002, "Running At Full Speed", Stressed},
-    {0x0004, "Failure Predicted", FailureNear},
-    {0x0008, "Failed", Failed},
-    {0x0020, "Not Managed"},
-    {0x0040, "Not Present"},
-    {0xFFFF, "Unknown"},
+    {"OK", 0x0001, Good},
+    {"Running At Full Speed", 0x0002, Stressed},
+    {"Failure Predicted", 0x0004, FailureNear},
+    {"Failed", 0x0008, Failed},
+    {"Not Managed", 0x0020},
+    {"Not Present", 0x0040},
+    {"Unknown", 0xFFFF},
 };
 
 /// By the LED's state, which is a number: 0 nobody knows, 1 off, 2 on, 3 blinking.
@@ -70,66 +72,66 @@ constexpr Condition error_led_conditions[] = {Unknown, Good, Warned, Critical};
 
 /// By the state byte of a threshold sensor.
 constexpr State threshold_states[] = {
-    {0, "Normal"},
-    {BelowLowerNonCritical, "Lower Non-Critical"},
-    {AboveUpperNonCritical, "Upper Non-Critical"},
-    {BelowLowerCritical, "Lower Critical"},
-    {AboveUpperCritical, "Upper Critical"},
-    {BelowLowerNonRecoverable, "Lower Fatal"},
-    {AboveUpperNonRecoverable, "Upper Fatal"},
-    {0xFF, "Unknown"},
+    {"Normal", 0},
+    {"Lower Non-Critical", BelowLowerNonCritical},
+    {"Upper Non-Critical", AboveUpperNonCritical},
+    {"Lower Critical", BelowLowerCritical},
+    {"Upper Critical", AboveUpperCritical},
+    {"Lower Fatal", BelowLowerNonRecoverable},
+    {"Upper Fatal", AboveUpperNonRecoverable},
+    {"Unknown", 0xFF},
 };
 
 /// By the status byte of a reading.
 constexpr State scanning_states[] = {
-    {0, "Not Scanned"},
-    {ScanningEnabled, "Normal"},
-    {ReadingUnavailable, "Unavailable"},
-    {0xFF, "Unknown"},
+    {"Not Scanned", 0},
+    {"Normal", ScanningEnabled},
+    {"Unavailable", ReadingUnavailable},
+    {"Unknown", 0xFF},
 };
 
 constexpr State power_level_states[] = {
-    {0x0001, "Normal"},
-    {0x0002, "Warning Level Exceeded"},
-    {0x0004, "Critical Level Exceeded"},
-    {0xFFFF, "Unknown"},
+    {"Normal", 0x0001},
+    {"Warning Level Exceeded", 0x0002},
+    {"Critical Level Exceeded", 0x0004},
+    {"Unknown", 0xFFFF},
 };
 
 constexpr State i2c_states[] = {
-    {0, "OK"},
-    {0x0001, "Arbitration Lost"},
-    {0x0002, "Device Not Responding"},
-    {0x0004, "Bus Blocked"},
-    {0xFFFF, "Unknown"},
+    {"OK", 0},
+    {"Arbitration Lost", 0x0001},
+    {"Device Not Responding", 0x0002},
+    {"Bus Blocked", 0x0004},
+    {"Unknown", 0xFFFF},
 };
 
 constexpr State cpu_configuration_states[] = {
-    {0, "OK"},           {0x0001, "CPU Disabled"}, {0x0002, "CPU Missing"}, {0x0004, "CPU Mix Not Supported"},
-    {0xFFFF, "Unknown"},
+    {"OK", 0},           {"CPU Disabled", 0x0001}, {"CPU Missing", 0x0002}, {"CPU Mix Not Supported", 0x0004},
+    {"Unknown", 0xFFFF},
 };
 
 constexpr State bmc_communication_states[] = {
-    {0, "No Request Pending"},
-    {0x0001, "Power On Request Pending"},
-    {0x0002, "Shutdown Request Pending"},
-    {0x0004, "Power Off Request Pending"},
-    {0x0008, "Power Cycle Request Pending"},
-    {0x0010, "Reset Request Pending"},
-    {0xFFFF, "Unknown"},
+    {"No Request Pending", 0},
+    {"Power On Request Pending", 0x0001},
+    {"Shutdown Request Pending", 0x0002},
+    {"Power Off Request Pending", 0x0004},
+    {"Power Cycle Request Pending", 0x0008},
+    {"Reset Request Pending", 0x0010},
+    {"Unknown", 0xFFFF},
 };
 
 constexpr State bmc_flash_states[] = {
-    {0, "OK"},
-    {0x0001, "Update Running"},
-    {0x0002, "Running From Second Image"},
-    {0x0004, "Image Invalid"},
-    {0xFFFF, "Unknown"},
+    {"OK", 0},
+    {"Update Running", 0x0001},
+    {"Running From Second Image", 0x0002},
+    {"Image Invalid", 0x0004},
+    {"Unknown", 0xFFFF},
 };
 
 constexpr State idprom_states[] = {
-    {0, "Synchronized"},       {0x0001, "Synchronization Running"},
-    {0x0002, "Copy Outdated"}, {0x0004, "Copy Not Readable"},
-    {0xFFFF, "Unknown"},
+    {"Synchronized", 0},       {"Synchronization Running", 0x0001},
+    {"Copy Outdated", 0x0002}, {"Copy Not Readable", 0x0004},
+    {"Unknown", 0xFFFF},
 };
 
 /// The states of OEM discrete sensors, by their OEM sensor type.

@@ -39,7 +39,7 @@ const CimStatus &base_server_status(uint8_t state) {
 }
 
 States states_of(int sensor_type) {
-    static constexpr State unknown[] = {{0xFFFF, "Unknown"}};
+    static constexpr State unknown[] = {{"Unknown", 0xFFFF}};
     for (const OemStates &known : oem_states) {
         if (known.sensor_type == sensor_type) {
             return known.states;
@@ -85,8 +85,11 @@ struct Slots {
     size_t left;
 
     void add(const char *text) {
-        if (next != nullptr && left > 0 && (*next = strdup(text)) != nullptr) {
-            ++next;
+        if (next == nullptr || left == 0) {
+            return;
+        }
+        if (void *block = give_block(strdup(text))) {
+            *next++ = static_cast<char *>(block);
             --left;
         }
     }
