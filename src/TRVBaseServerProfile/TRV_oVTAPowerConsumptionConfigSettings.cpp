@@ -93,7 +93,8 @@ void ReadScheduleTime(IpmiSession *session, const char *name, std::uint16_t id, 
 }
 
 void ReadSchedule(IpmiSession *session, R &record) {
-    for (std::uint8_t day = 0; day < std::size(record.ConfPowerControlScheduleMode1); ++day) {
+    constexpr std::uint8_t days = std::size(R{}.ConfPowerControlScheduleMode1);
+    for (std::uint8_t day = 0; day < days; ++day) {
         Read(session, "ConfPowerControlScheduleMode1", 0x1A04, day,
              record.ConfPowerControlScheduleMode1[day]);
         Read(session, "ConfPowerControlScheduleMode2", 0x1A05, day,

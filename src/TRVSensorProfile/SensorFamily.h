@@ -155,5 +155,5 @@ int GetFullSdrs(int sensorType, int entityId, FullSdrRow **rows, int *count);
 #define EXPORT_SENSOR_CLASS(C, text, ...)                                                                    \
     EXPORT_COLUMNS(C, text, Untagged<sensor_keys>, sensor_columns<properties>,                               \
                    .superclass = "TRV_NumericSensor", .pathOrder = sensor_path_order,                        \
-                   .instanceOrder = sensor_instance_order __VA_OPT__(,) __VA_ARGS__)
+                   .instanceOrder = sensor_instance_order, __VA_ARGS__)
 // clang-format on

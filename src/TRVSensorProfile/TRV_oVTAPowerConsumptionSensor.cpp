@@ -123,7 +123,10 @@ int PH_OEM_Enum_PowerConsumptionSensor_Instance(R **records, int *count, int nam
          .systemName = GetHostSystemName},
         compactCount + fullCount, records, count, namesOnly,
         [=](int i) -> const char(&)[256] {
-            return i < compactCount ? compactRows[i].SensorName : fullRows[i - compactCount].SensorName;
+            if (i < compactCount) {
+                return compactRows[i].SensorName;
+            }
+            return fullRows[i - compactCount].SensorName;
         },
         [=](IpmiSession *session, int i, R &record) {
             FillCommon(record);

@@ -37,5 +37,5 @@ inline constexpr Property<CapabilitiesRecord> capabilities_properties[] = {
     }                                                                                                        \
     static constexpr const auto &keys = capabilities_keys;                                                   \
     static constexpr const auto &properties = capabilities_properties;                                       \
-    EXPORT_CLASS(C, text, .superclass = base)
+    EXPORT_CLASS(C, text, .superclass = (base))
 // clang-format on

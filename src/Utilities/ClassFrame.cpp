@@ -170,7 +170,7 @@ namespace {
 
 bool KeysEqual(std::span<const KeyColumn> keys, const char *const *values, const void *record) {
     for (std::size_t i = 0; i < keys.size(); ++i) {
-        if (std::strcmp(values[i], TextAt(record, keys[i].field)) != 0) {
+        if (values[i] == nullptr || std::strcmp(values[i], TextAt(record, keys[i].field)) != 0) {
             return false;
         }
     }
@@ -185,9 +185,6 @@ void *SearchInstance(const ClassTable &table, CMPIString *const *keyValues, void
     for (std::size_t i = 0; i < table.record.keys.size(); ++i) {
         // A key that came as an integer has no text, and no record has a key like that.
         values[i] = keyValues[i] == nullptr ? nullptr : CMGetCharsPtr(keyValues[i], nullptr);
-        if (values[i] == nullptr) {
-            return nullptr;
-        }
     }
     auto *record = static_cast<char *>(records);
     for (int i = 0; i < count; ++i, record += table.recordSize) {

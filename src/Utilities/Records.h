@@ -38,7 +38,7 @@ R *AppendRecord(RecordList<R> &list, const char *failure = "memory allocation fa
             TRACE_FROM(file, line, TraceFailure, "%s", failure);
             return nullptr;
         }
-        list.block.release();
+        static_cast<void>(list.block.release()); // realloc took it over
         list.block.reset(static_cast<R *>(grown));
         list.capacity = static_cast<int>(capacity);
     }

@@ -17,6 +17,7 @@ int read(IpmiSession *session, std::string_view text, std::initializer_list<Valu
         return CompletionCode + (query.failed ? IpmiUnspecifiedError : IpmiNotPresent);
     }
     int column = 0;
+    // cppcheck-suppress uselessAssignmentPtrArg ; it doesn't see the fold's dereference
     (..., (*out = static_cast<Numbers>(query.number(column++))));
     return 0;
 }
