@@ -98,7 +98,7 @@ constexpr std::size_t text_size = 256; // of the record's own texts
 
 // --- The helper library's row
 
-// Zeroes a record and copies the row into it, without the texts that are the row's own.
+// Copies the row into a zeroed record, without the texts that are the row's own.
 void TakeRow(R &record, const HostComputerSystemRow &row) {
     record.host = row;
     std::ranges::fill(record.host.OtherIdentifyingInfo, nullptr);
@@ -570,7 +570,7 @@ CMPIUint32 StartFanTest(const MethodCall &call, CMPIStatus &status) {
     std::uint32_t length = sizeof response;
     const int result = LIBIPMI_Send_RAW_IPMI2_0_Command(&session, 0, oem_netfn, 0x03, request, sizeof request,
                                                         response, &length, backend_timeout);
-    if (result != 0 || response[0] != 0) {
+    if (result != 0 || length == 0 || response[0] != 0) {
         TRACE(TraceFailure, "Send IPMI command failed CC=%d", response[0]);
         SetStatus(call.broker, &status, CMPI_RC_ERR_FAILED, "Send IPMI command failed");
         return method_failed;
@@ -592,9 +592,8 @@ constexpr MethodParameter state_change_parameters[] = {
 };
 constexpr Method methods[] = {
     {"RequestStateChange", nullptr,
-     "Brings the server into a state; which ones are accepted is the helper library's business. Returns 0 on "
-     "success, "
-     "2 on failure.",
+     "Brings the server into a state; which ones are accepted is the helper library's business. "
+     "Returns 0 on success, 2 on failure.",
      state_change_parameters},
     {"StartFanTest", StartFanTest, "Starts a test of the fans. Returns 0 on success, 2 on failure."},
 };
@@ -609,6 +608,7 @@ CMPIStatus PH_OEM_IM_BaseServer(const CMPIBroker *broker, void *handle, const CM
                                 const CMPIObjectPath *cop, const char *method, const CMPIArgs *in,
                                 const CMPIResult *rslt, CMPIArgs *out) {
     if (method != nullptr && strcasecmp(method, methods[0].name) == 0) {
+        TRACE(TraceProgress, "Entering %s", __func__);
         return PH_OEM_BaseServer_RequestStateChange(broker, handle, ctx, cop, method, in, rslt, out);
     }
     return InvokeMethod(BaseServerClass, broker, ctx, cop, method, in, rslt, out);
@@ -624,7 +624,12 @@ CMPIStatus PH_OEM_BaseServer_RequestStateChange(const CMPIBroker *broker, void *
     const bool isValid =
         PH_OEM_CheckForValidObjectPath(broker, cop, KeyNames(BaseServerClass, names), keyValues,
                                        static_cast<int>(std::size(keys)), &status) == 0;
-    if (isValid) {
+    // A key that came as an integer has no text, and the helper library isn't known to cope with that.
+    const bool isWhole = isValid && keyValues[0] != nullptr && keyValues[1] != nullptr;
+    if (isValid && !isWhole) {
+        SetStatus(broker, &status, CMPI_RC_ERR_FAILED, "Invalid Key Properties");
+    }
+    if (isWhole) {
         const LibraryOwner library{dlopen(VCH_CLASS_HELPER, RTLD_LAZY)};
         auto *requestStateChange = library == nullptr
                                        ? nullptr

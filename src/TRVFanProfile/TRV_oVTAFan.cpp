@@ -72,7 +72,8 @@ bool IsPsuPresent(IpmiSession *session, const FanRow &row, std::uint16_t &state)
     return (state & 1) != 0;
 }
 
-// Whether the fan is there, with the state that was last read.
+// Whether the fan is there, with the state that was last read of it; one of another entity is never read, and
+// its state is 0 rather than the fan's before it.
 bool IsPresent(IpmiSession *session, const FanRow &row, bool isPowered, std::uint16_t &state) {
     switch (row.EntityId) {
     case FanEntity: return !isPowered || ReadFanState(session, row, state);
@@ -117,6 +118,8 @@ void FillRecord(IpmiSession *session, const FanRow &row, bool isPowered, std::ui
 
 int PH_OEM_Enum_Fan_Instance(R **records, int *count, int namesOnly) {
     TRACE(TraceProgress, "Entering %s", __func__);
+    *records = nullptr;
+    *count = 0;
     std::uint32_t handle = 0;
     const OEMDBOwner handleOwner{&handle};
     if (PH_OEM_InitOEMDB(&handle) != 0) {

@@ -125,7 +125,7 @@ bool ReadRestorePolicy(IpmiSession *session, std::uint16_t &policy) {
     std::uint32_t length = sizeof response;
     const int result = LIBIPMI_Send_RAW_IPMI2_0_Command(session, 0, chassis_netfn, get_chassis_status,
                                                         nullptr, 0, response, &length, backend_timeout);
-    if (result != 0 || response[0] != 0) {
+    if (result != 0 || length < 2 || response[0] != 0) {
         TRACE(TraceFailure, "Failed in sending ipmi command (ret=%d, cc=%d)", result, response[0]);
         TRACE(TraceFailure, "GetPowerRestorePolicy failed");
         return false;
@@ -172,7 +172,10 @@ int WriteRestorePolicy(IpmiSession *session, const CMPIValue &value) {
     const int result =
         LIBIPMI_Send_RAW_IPMI2_0_Command(session, 0, chassis_netfn, set_power_restore_policy, &policy,
                                          sizeof policy, response, &length, backend_timeout);
-    return result != 0 ? result : response[0];
+    if (result != 0) {
+        return result;
+    }
+    return length == 0 ? -1 : response[0];
 }
 
 int WriteDayTime(IpmiSession *session, std::uint16_t id, std::uint8_t day, std::uint16_t stored) {
@@ -222,6 +225,14 @@ constexpr ModifyTable modify = {
 bool ReadNewTimes(const CMPIInstance *inst, const char *name, std::uint64_t (&times)[days], int &count) {
     count = days;
     return ZBR_CIM_GetArrayValueFromInstance(inst, name, times, &count, CMPI_dateTimeA) == 0;
+}
+
+// On a blade the times are written together at the end; here they have to be readable.
+bool CheckNewTimes(Modification &modification, const ModifiableProperty &property) {
+    std::uint64_t times[days];
+    int count = 0;
+    return ReadNewTimes(modification.inst, property.name, times, count) ||
+           Refuse(modification, modify.texts.unreadable, property.name);
 }
 
 bool WriteDayTimes(Modification &modification, IpmiSession *session, const ModifiableProperty &property) {
@@ -295,7 +306,7 @@ bool ReadScheduleEnable(Modification &modification) {
 }
 
 // Which property an entry of the list of changes names; -1 for none.
-int PropertyOf(const char *name) {
+int PropertyOf(const char (&name)[64]) {
     const auto *found = std::ranges::find_if(modifiable, [=](const ModifiableProperty &property) {
         return std::strcmp(property.name, name) == 0;
     });
@@ -316,6 +327,8 @@ void ApplySchedule(Modification &modification, IpmiSession *session, bool isBlad
         bool goesOn = true;
         if (isBlade && number == ScheduleEnable) {
             goesOn = ReadScheduleEnable(modification);
+        } else if (isBlade && isTimes) {
+            goesOn = CheckNewTimes(modification, modifiable[number]);
         } else if (!isBlade && isTimes) {
             goesOn = WriteDayTimes(modification, session, modifiable[number]);
         } else if (!isTimes) {

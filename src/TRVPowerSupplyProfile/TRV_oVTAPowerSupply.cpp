@@ -56,7 +56,8 @@ std::uint32_t ReadPower(IpmiSession *session, std::uint32_t handle, const PsuRow
         TRACE(TraceFailure, "get full sdr record failed");
         return 0;
     }
-    return static_cast<std::uint32_t>(TruncateReading(PH_OEM_ConvertLinearSensorReading(reading, &sdr)));
+    const std::int32_t power = TruncateReading(PH_OEM_ConvertLinearSensorReading(reading, &sdr));
+    return static_cast<std::uint32_t>(std::max(power, 0)); // a factor that is off gives no huge number
 }
 
 void FillRecord(R &record, const PsuRow &row, std::uint16_t state) {

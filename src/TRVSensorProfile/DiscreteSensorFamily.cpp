@@ -35,18 +35,18 @@ std::uint16_t FillDiscreteSensor(const DiscreteSensorClass &sensorClass, IpmiSes
     SetWell(record);
     Zbr_CimIpmi_GetPossibleStateString(sensorClass.sensorType, record.PossibleStates,
                                        sizeof record.PossibleStates);
-    std::uint16_t state = 0;
-    if (ZBR_CIM_GetCompactSensorReading(session, row.SensorNumber, 0, &state, backend_timeout) != 0) {
-        state = unread_state;
-    }
+    const std::uint16_t state = ReadState(session, row, unread_state);
     Zbr_CimIpmi_GetCurrentStateString(sensorClass.sensorType, state, record.CurrentState,
                                       sizeof record.CurrentState);
     EndText(record.CurrentState);
     return state;
 }
 
-int EnumerateDiscreteSensors(const DiscreteSensorClass &sensorClass, NumericSensorRecord **records,
+int EnumerateDiscreteSensors(const DiscreteSensorClass &sensorClass,
+                             void (*clean)(NumericSensorRecord **, int), NumericSensorRecord **records,
                              int *count, int namesOnly) {
+    *records = nullptr;
+    *count = 0;
     CompactSdrRow *rows = nullptr;
     int rowCount = 0;
     if (GetDiscreteSensorRows(sensorClass, &rows, &rowCount) != 0) {
@@ -58,8 +58,8 @@ int EnumerateDiscreteSensors(const DiscreteSensorClass &sensorClass, NumericSens
         return 0;
     }
     return EnumerateSensors<NumericSensorRecord>(
-        {.className = sensorClass.className, .clean = CleanSensors<NumericSensorRecord>}, rowCount, records,
-        count, namesOnly, [=](int i) -> auto & { return rows[i].SensorName; },
+        {.className = sensorClass.className, .clean = clean}, rowCount, records, count,
+        namesOnly, [=](int i) -> auto & { return rows[i].SensorName; },
         [&](IpmiSession *session, int i, NumericSensorRecord &record) {
             FillDiscreteSensor(sensorClass, session, rows[i], record);
         });

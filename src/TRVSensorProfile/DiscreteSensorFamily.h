@@ -14,15 +14,14 @@ inline constexpr Key<NumericSensorRecord> discrete_sensor_keys[] = {
 inline constexpr KeyOrder discrete_sensor_path_order = {0, 1, 3, 2};
 inline constexpr KeyOrder discrete_sensor_instance_order = {2, 3, 0, 1};
 
-// What they set behind the properties of every sensor.
+// What they set between the properties of every sensor.
 inline constexpr Property<NumericSensorRecord> discrete_sensor_properties[] = {
     {"OtherSensorTypeDescription", CMPI_chars, FIELD(NumericSensorRecord, OtherSensorTypeDescription),
      "Constant."},
-    {"DetailedStatus", CMPI_uint16, FIELD(NumericSensorRecord, DetailedStatus), "Constant."},
-    {"OperatingStatus", CMPI_uint16, FIELD(NumericSensorRecord, OperatingStatus), "Constant."},
-    {"PrimaryStatus", CMPI_uint16, FIELD(NumericSensorRecord, PrimaryStatus), "Constant."},
-    {"Status", CMPI_chars, FIELD(NumericSensorRecord, Status), "Constant."},
 };
+template <const auto &...own>
+inline constexpr auto discrete_sensor_columns =
+    joined_columns<numeric_sensor_properties, discrete_sensor_properties, sensor_status_properties, own...>;
 
 struct DiscreteSensorClass {
     const char *className;
@@ -40,8 +39,9 @@ std::uint16_t FillDiscreteSensor(const DiscreteSensorClass &sensorClass, IpmiSes
 
 constexpr std::uint16_t unread_state = 0xFFFF;
 
-// Enumerates a class whose record is the NumericSensorRecord.
-int EnumerateDiscreteSensors(const DiscreteSensorClass &sensorClass, NumericSensorRecord **records,
+// Enumerates a class whose record is the NumericSensorRecord; `clean` is its PH_OEM_Clean_<C>.
+int EnumerateDiscreteSensors(const DiscreteSensorClass &sensorClass,
+                             void (*clean)(NumericSensorRecord **, int), NumericSensorRecord **records,
                              int *count, int namesOnly);
 
 // clang-format off
@@ -54,13 +54,13 @@ int EnumerateDiscreteSensors(const DiscreteSensorClass &sensorClass, NumericSens
     int PH_OEM_Enum_##C##_Instance(C##Record **records, int *count, int namesOnly) {                         \
         TRACE(TraceProgress, "Entering %s", __func__);                                                       \
         return EnumerateDiscreteSensors({"TRV_oVTA" #C, type, otherType, "Failed to get " text " info"},     \
-                                        records, count, namesOnly);                                          \
+                                        PH_OEM_Clean_##C, records, count, namesOnly);                        \
     }                                                                                                        \
     void PH_OEM_Clean_##C(C##Record **records, int count) {                                                  \
         TRACE(TraceProgress, "Entering %s", __func__);                                                       \
         CleanSensors(records, count);                                                                        \
     }                                                                                                        \
     EXPORT_COLUMNS(C, "State of the server's: " text ".", Untagged<discrete_sensor_keys>,                     \
-                   sensor_columns<discrete_sensor_properties>, .superclass = "TRV_NumericSensor",            \
+                   discrete_sensor_columns<>, .superclass = "TRV_NumericSensor",            \
                    .pathOrder = discrete_sensor_path_order, .instanceOrder = discrete_sensor_instance_order)
 // clang-format on

@@ -3,6 +3,8 @@
 #include "Utilities/Owners.h"
 #include "Utilities/Text.h"
 
+#include "libzbr_cim.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -62,7 +64,8 @@ void SetThresholds(NumericSensorRecord &record, const char *codes) {
 void FillPossibleStates(NumericSensorRecord &record, int (*number)(),
                         void (*text)(int index, char *text, int size), std::size_t size) {
     constexpr int slots = std::size(NumericSensorRecord{}.PossibleStates);
-    for (int i = 0; i < slots && i < number(); ++i) {
+    const int states = std::min(slots, number());
+    for (int i = 0; i < states; ++i) {
         auto *slot = static_cast<char *>(std::calloc(1, size));
         if (slot == nullptr) {
             TRACE(TraceFailure, "Memory Allocation Failed for PossibleStates");
@@ -79,6 +82,19 @@ void FreeTexts(char *(&texts)[64]) {
         std::free(text);
         text = nullptr;
     }
+}
+
+std::uint8_t ReadRaw(IpmiSession *session, const FullSdrRow &row) {
+    std::uint8_t reading = 0;
+    const int result =
+        ZBR_CIM_GetFullSensorReading(session, row.SensorNumber, nullptr, &reading, nullptr, backend_timeout);
+    return result == 0 ? reading : 0;
+}
+
+std::uint16_t ReadState(IpmiSession *session, const CompactSdrRow &row, std::uint16_t unread) {
+    std::uint16_t state = unread;
+    const int result = ZBR_CIM_GetCompactSensorReading(session, row.SensorNumber, 0, &state, backend_timeout);
+    return result == 0 ? state : unread;
 }
 
 std::int32_t ConvertReading(std::uint8_t reading, const FullSdrRow &row) {

@@ -6,23 +6,27 @@
 #include "Utilities/Owners.h"
 #include "Utilities/PH_OEM_SystemNames.h"
 
+#include <algorithm>
 #include <array>
 #include <span>
 
-// The columns of a class: those of every sensor, then its own.
-template <std::size_t N> consteval auto SensorColumns(const std::array<PropertyColumn, N> &own) {
-    constexpr auto &shared = Untagged<numeric_sensor_properties>;
-    std::array<PropertyColumn, shared.size() + N> columns{};
-    std::size_t next = 0;
-    for (const PropertyColumn &column : shared) {
-        columns[next++] = column;
-    }
-    for (const PropertyColumn &column : own) {
-        columns[next++] = column;
-    }
-    return columns;
+// What every sensor sets behind them.
+inline constexpr Property<NumericSensorRecord> sensor_status_properties[] = {
+    {"DetailedStatus", CMPI_uint16, FIELD(NumericSensorRecord, DetailedStatus), "Constant."},
+    {"OperatingStatus", CMPI_uint16, FIELD(NumericSensorRecord, OperatingStatus), "Constant."},
+    {"PrimaryStatus", CMPI_uint16, FIELD(NumericSensorRecord, PrimaryStatus), "Constant."},
+    {"Status", CMPI_chars, FIELD(NumericSensorRecord, Status), "Constant."},
+};
+
+// The columns of several tables, one behind the other. Their records begin with the NumericSensorRecord.
+template <std::size_t... sizes>
+consteval auto JoinColumns(const std::array<PropertyColumn, sizes> &...tables) {
+    std::array<PropertyColumn, (sizes + ...)> joined{};
+    auto next = joined.begin();
+    ((next = std::ranges::copy(tables, next).out), ...);
+    return joined;
 }
-template <const auto &own> inline constexpr auto sensor_columns = SensorColumns(Untagged<own>);
+template <const auto &...tables> inline constexpr auto joined_columns = JoinColumns(Untagged<tables>...);
 
 // --- Filling a record
 
@@ -81,6 +85,15 @@ template <typename R> void CleanSensors(R **records, int count) {
     *records = nullptr;
 }
 
+// The raw reading of a threshold sensor; 0 when it can't be read.
+std::uint8_t ReadRaw(IpmiSession *session, const FullSdrRow &row);
+
+// The state bits of a discrete sensor; `unread` when they can't be read.
+std::uint16_t ReadState(IpmiSession *session, const CompactSdrRow &row, std::uint16_t unread);
+
+// What some classes take for a state that can't be read.
+constexpr std::uint16_t no_state = 0x8000;
+
 // A reading by the sensor's formula, cut to an integer.
 std::int32_t ConvertReading(std::uint8_t reading, const FullSdrRow &row);
 
@@ -104,7 +117,11 @@ int EnumerateSensors(const SensorEnumeration<R> &enumeration, int rowCount, R **
         int count;
         void (*clean)(R **records, int count);
     };
-    const auto cleanUp = [](Sensors *sensors) { sensors->clean(&sensors->block, sensors->count); };
+    const auto cleanUp = [](Sensors *sensors) {
+        if (sensors->block != nullptr) { // not handed over
+            sensors->clean(&sensors->block, sensors->count);
+        }
+    };
     Sensors sensors = {NewRecords<R>(rowCount), rowCount, enumeration.clean};
     const std::unique_ptr<Sensors, decltype(cleanUp)> owner{&sensors, cleanUp};
     if (sensors.block == nullptr) {
@@ -137,6 +154,33 @@ int EnumerateSensors(const SensorEnumeration<R> &enumeration, int rowCount, R **
     return 0;
 }
 
+// One record of settings for each of `rowCount` sensors; `fill(session, i, record)` fills it, but for the
+// names only its InstanceID, which `nameRecord(i, record)` sets. 0, or -1 on failure.
+template <typename R, typename NameRecord, typename Fill>
+int EnumerateSensorSettings(int rowCount, R **records, int *count, int namesOnly, NameRecord nameRecord,
+                            Fill fill) {
+    Block<R> block{NewRecords<R>(rowCount)};
+    if (block == nullptr) {
+        return -1;
+    }
+    IpmiSession session{};
+    const SessionOwner sessionOwner{&session};
+    if (PH_OEM_CreateIPMISession(&session) != 0) {
+        TRACE(TraceFailure, "Create IPMI session failed");
+        return -1;
+    }
+    for (int i = 0; i < rowCount; ++i) {
+        R &record = block.get()[i];
+        nameRecord(i, record);
+        if (namesOnly == 0) {
+            fill(&session, i, record);
+        }
+    }
+    *records = block.release();
+    *count = rowCount;
+    return 0;
+}
+
 // --- Rows
 
 // The number of rows that there are, whatever an odd count says.
@@ -153,7 +197,8 @@ int GetFullSdrs(int sensorType, int entityId, FullSdrRow **rows, int *count);
 // Exports a sensor class whose own properties are in the table `properties`; it has its own PH_OEM_Clean_<C>. The
 // record is a NumericSensorRecord, or has one as its first member.
 #define EXPORT_SENSOR_CLASS(C, text, ...)                                                                    \
-    EXPORT_COLUMNS(C, text, Untagged<sensor_keys>, sensor_columns<properties>,                               \
+    EXPORT_COLUMNS(C, text, Untagged<sensor_keys>,                                                           \
+                   (joined_columns<numeric_sensor_properties, sensor_status_properties, properties>),        \
                    .superclass = "TRV_NumericSensor", .pathOrder = sensor_path_order,                        \
                    .instanceOrder = sensor_instance_order, __VA_ARGS__)
 // clang-format on

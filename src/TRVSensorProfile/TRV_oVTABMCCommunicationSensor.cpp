@@ -13,15 +13,6 @@ constexpr Property<R> own_properties[] = {
      "Requests that are pending. Sensor reading: one text for each condition of the state."},
 };
 
-// The properties of the family, then the class's own.
-consteval auto Columns() {
-    std::array<PropertyColumn, sensor_columns<discrete_sensor_properties>.size() + 1> columns{};
-    std::ranges::copy(sensor_columns<discrete_sensor_properties>, columns.begin());
-    columns.back() = Untagged<own_properties>.front();
-    return columns;
-}
-constexpr auto columns = Columns();
-
 constexpr DiscreteSensorClass sensor_class = {
     .className = "TRV_oVTABMCCommunicationSensor",
     .sensorType = 234,
@@ -33,6 +24,8 @@ constexpr DiscreteSensorClass sensor_class = {
 
 int PH_OEM_Enum_BMCCommunicationSensor_Instance(R **records, int *count, int namesOnly) {
     TRACE(TraceProgress, "Entering %s", __func__);
+    *records = nullptr;
+    *count = 0;
     CompactSdrRow *rows = nullptr;
     int rowCount = 0;
     if (GetDiscreteSensorRows(sensor_class, &rows, &rowCount) != 0) {
@@ -64,5 +57,6 @@ void PH_OEM_Clean_BMCCommunicationSensor(R **records, int count) {
 }
 
 EXPORT_COLUMNS(BMCCommunicationSensor, "State of the communication with the service processor.",
-               Untagged<discrete_sensor_keys>, columns, .superclass = "TRV_NumericSensor",
-               .pathOrder = discrete_sensor_path_order, .instanceOrder = discrete_sensor_instance_order);
+               Untagged<discrete_sensor_keys>, discrete_sensor_columns<own_properties>,
+               .superclass = "TRV_NumericSensor", .pathOrder = discrete_sensor_path_order,
+               .instanceOrder = discrete_sensor_instance_order);

@@ -20,10 +20,6 @@ namespace {
 using R = FanSensorRecord;
 
 constexpr Property<R> properties[] = {
-    {"DetailedStatus", CMPI_uint16, FIELD(R, sensor.DetailedStatus), "Constant."},
-    {"OperatingStatus", CMPI_uint16, FIELD(R, sensor.OperatingStatus), "Constant."},
-    {"PrimaryStatus", CMPI_uint16, FIELD(R, sensor.PrimaryStatus), "Constant."},
-    {"Status", CMPI_chars, FIELD(R, sensor.Status), "Constant."},
     {"CriticalBehavior", CMPI_uint16, FIELD(R, CriticalBehavior),
      "What happens when the fan fails, to be modified; no instance shows it. Configuration variable 0x71, "
      "the fan's "
@@ -33,8 +29,8 @@ constexpr Property<R> properties[] = {
      "Seconds until the server is switched off then, 0 to 600, likewise. Configuration variable 0x72.",
      When::Never},
     {"Quality", CMPI_uint16, FIELD(R, Quality),
-     "Maximum speed at the last test in per cent of what it was when the fan was new. Service processor: "
-     "maximum speed."},
+     "Maximum speed at the last test in per cent of what it was when the fan was new. "
+     "Service processor: maximum speed."},
 };
 
 constexpr SensorKind kind = {.sensorType = 5, .enabledState = 5, .baseUnits = 19, .unitModifier = 0};
@@ -161,16 +157,26 @@ void Join(const FanTables &tables, const FullSdrRow &full, FanSensorRow &joined)
 
 // --- Filling
 
-// Reads a variable of the fan in a session of its own. The values aren't shown by any property.
 template <typename Number>
-void ReadFanVariable(std::uint16_t id, std::uint8_t index, Number &value, std::uint16_t &field) {
+void ReadFanVariable(IpmiSession *session, std::uint16_t id, std::uint8_t index, Number &value) {
+    if (ReadNumber(session, id, index, value) != 0) {
+        TRACE(TraceFailure, "ZBR_CIM_GetConfigSpaceVariables failed varid=0x%x index=%d", id, index);
+    }
+}
+
+// Reads the fan's variables in a session of their own. No property shows them.
+void ReadFanVariables(const FullSdrRow &row, R &record) {
     IpmiSession session{};
     const SessionOwner sessionOwner{&session};
-    if (PH_OEM_CreateIPMISession(&session) != 0 || ReadNumber(&session, id, index, value) != 0) {
-        TRACE(TraceFailure, "ZBR_CIM_GetConfigSpaceVariables failed varid=0x%x index=%d", id, index);
+    if (PH_OEM_CreateIPMISession(&session) != 0) {
+        TRACE(TraceFailure, "Create IPMI session failed");
         return;
     }
-    field = value;
+    const auto index = static_cast<std::uint8_t>(row.EntityInstance);
+    std::uint8_t behavior = 0;
+    ReadFanVariable(&session, critical_behavior_variable, index, behavior);
+    record.CriticalBehavior = behavior;
+    ReadFanVariable(&session, fail_delay_variable, index, record.FailDelay);
 }
 
 std::uint16_t ReadQuality(IpmiSession *session, std::uint8_t sensorNumber) {
@@ -193,12 +199,9 @@ void FillRecord(IpmiSession *session, const FanSensorRow &row, R &record) {
     FillPossibleStates(sensor, Zbr_CimIpmi_GetFanSensorNumOfPossibleState,
                        Zbr_CimIpmi_GetFanSensorPossibleState, state_size);
     SetWell(sensor);
-    std::uint8_t reading = 0;
-    ZBR_CIM_GetFullSensorReading(session, row.full.SensorNumber, nullptr, &reading, nullptr, backend_timeout);
-    sensor.CurrentReading = ConvertReading(reading, row.full);
+    sensor.CurrentReading = ConvertReading(ReadRaw(session, row.full), row.full);
     record.Quality = ReadQuality(session, row.full.SensorNumber);
-    std::uint16_t state = 0x8000;
-    ZBR_CIM_GetCompactSensorReading(session, row.compact.SensorNumber, 0, &state, backend_timeout);
+    const std::uint16_t state = ReadState(session, row.compact, no_state);
     char text[32] = "";
     Zbr_CimIpmi_GetFanCurrentState(state, text, sizeof text);
     CopyText(sensor.CurrentState, text);
@@ -236,6 +239,8 @@ int PH_OEM_GetFanSensorInfo(FanSensorRow **rows, int *count) {
 
 int PH_OEM_Enum_FanSensor_Instance(R **records, int *count, int namesOnly) {
     TRACE(TraceProgress, "Entering %s", __func__);
+    *records = nullptr;
+    *count = 0;
     FanSensorRow *rows = nullptr;
     int rowCount = 0;
     if (PH_OEM_GetFanSensorInfo(&rows, &rowCount) != 0) {
@@ -250,11 +255,7 @@ int PH_OEM_Enum_FanSensor_Instance(R **records, int *count, int namesOnly) {
         {.className = "TRV_oVTAFanSensor", .clean = PH_OEM_Clean_FanSensor}, rowCount, records, count,
         namesOnly, [=](int i) -> auto & { return rows[i].full.SensorName; },
         [=](IpmiSession *session, int i, R &record) {
-            const auto index = static_cast<std::uint8_t>(rows[i].full.EntityInstance);
-            std::uint8_t behavior = 0;
-            std::uint16_t delay = 0;
-            ReadFanVariable(critical_behavior_variable, index, behavior, record.CriticalBehavior);
-            ReadFanVariable(fail_delay_variable, index, delay, record.FailDelay);
+            ReadFanVariables(rows[i].full, record);
             FillRecord(session, rows[i], record);
         });
 }
@@ -307,7 +308,7 @@ bool GetFanSensorEntityInstance(const char *name, std::int32_t &instance) {
         return false;
     }
     const Block<FullSdrRow> rowsOwner{rows};
-    for (int i = 0; i < UsedRows(rows, count); ++i) {
+    for (int i = 0; *name != '\0' && i < UsedRows(rows, count); ++i) {
         char rowName[sizeof rows[i].SensorName + 1];
         CopyText(rowName, rows[i].SensorName);
         if (std::strncmp(name, rowName, std::strlen(name)) == 0) {
@@ -344,7 +345,7 @@ bool WriteChanges(Modification &modification, IpmiSession *session, const Modifi
     constexpr int room = std::size(ModifiablePropertyList{}.entries);
     for (int i = 0; i < changes.count && i < room; ++i) {
         for (std::size_t p = 0; p < std::size(modifiable); ++p) {
-            if (std::strcmp(changes.entries[i].name, modifiable[p].name) == 0 &&
+            if (NamesProperty(changes.entries[i].name, modifiable[p]) &&
                 !WriteChange(modification, session, modifiable[p], ranges[p], deviceId)) {
                 return false;
             }

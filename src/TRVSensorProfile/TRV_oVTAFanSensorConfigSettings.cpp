@@ -2,6 +2,7 @@
 // that TRV_oVTAFanSensor writes, read here by the sensor's number.
 #include "TRVSensorProfile/TRV_oVTAFanSensorConfigSettings.h"
 
+#include "TRVSensorProfile/SensorFamily.h"
 #include "TRVSensorProfile/TRV_oVTAFanSensor.h"
 #include "Utilities/Text.h"
 
@@ -49,6 +50,8 @@ void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
 
 int PH_OEM_Enum_FanSensorConfigSettings_Instance(R **records, int *count, int namesOnly) {
     TRACE(TraceProgress, "Entering %s", __func__);
+    *records = nullptr;
+    *count = 0;
     FanSensorRow *rows = nullptr;
     int rowCount = 0;
     if (PH_OEM_GetFanSensorInfo(&rows, &rowCount) != 0) {
@@ -59,26 +62,12 @@ int PH_OEM_Enum_FanSensorConfigSettings_Instance(R **records, int *count, int na
         TRACE(TraceProgress, "No Fan Sensor sdr\n");
         return 0;
     }
-    Block<R> block{NewRecords<R>(rowCount)};
-    if (block == nullptr) {
-        return -1;
-    }
-    IpmiSession session{};
-    const SessionOwner sessionOwner{&session};
-    if (PH_OEM_CreateIPMISession(&session) != 0) {
-        TRACE(TraceFailure, "Create IPMI session failed");
-        return -1;
-    }
-    for (int i = 0; i < rowCount; ++i) {
-        R &record = block.get()[i];
-        FormatWithName(record.InstanceID, "TRV:oVTAFanSensorConfigSettings:%s", rows[i].full.SensorName);
-        if (namesOnly == 0) {
-            FillRecord(&session, rows[i].full, record);
-        }
-    }
-    *records = block.release();
-    *count = rowCount;
-    return 0;
+    return EnumerateSensorSettings<R>(
+        rowCount, records, count, namesOnly,
+        [=](int i, R &record) {
+            FormatWithName(record.InstanceID, "TRV:oVTAFanSensorConfigSettings:%s", rows[i].full.SensorName);
+        },
+        [=](IpmiSession *session, int i, R &record) { FillRecord(session, rows[i].full, record); });
 }
 
 EXPORT_CLASS(FanSensorConfigSettings, "What the service processor does when a fan fails.",

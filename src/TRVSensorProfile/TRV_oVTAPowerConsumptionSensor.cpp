@@ -16,10 +16,6 @@ namespace {
 using R = PowerConsumptionSensorRecord;
 
 constexpr Property<R> properties[] = {
-    {"DetailedStatus", CMPI_uint16, FIELD(R, DetailedStatus), "Constant."},
-    {"OperatingStatus", CMPI_uint16, FIELD(R, OperatingStatus), "Constant."},
-    {"PrimaryStatus", CMPI_uint16, FIELD(R, PrimaryStatus), "Constant."},
-    {"Status", CMPI_chars, FIELD(R, Status), "Constant."},
     {"UpperThresholdNonCritical", CMPI_sint32, FIELD(R, UpperThresholdNonCritical),
      "Watts. Constant: 0, since no SDR field is meant for it."},
     {"UpperThresholdCritical", CMPI_sint32, FIELD(R, UpperThresholdCritical),
@@ -58,8 +54,7 @@ void FillCommon(R &record) {
 }
 
 void FillFromCompact(IpmiSession *session, const CompactSdrRow &row, R &record) {
-    std::uint16_t state = 0x8000;
-    ZBR_CIM_GetCompactSensorReading(session, row.SensorNumber, 0, &state, backend_timeout);
+    const std::uint16_t state = ReadState(session, row, no_state);
     char text[32] = "";
     Zbr_CimIpmi_GetPwlCurrentState(state, text, sizeof text);
     CopyText(record.CurrentState, text);
@@ -69,9 +64,7 @@ void FillFromFull(IpmiSession *session, const FullSdrRow &row, R &record) {
     record.UnitModifier = row.UnitModifier;
     record.UpperThresholdCritical = ConvertReading(row.UpperThresholdCritical, row);
     record.LowerThresholdCritical = ConvertReading(row.LowerThresholdCritical, row); // no property shows it
-    std::uint8_t reading = 0;
-    ZBR_CIM_GetFullSensorReading(session, row.SensorNumber, nullptr, &reading, nullptr, backend_timeout);
-    record.CurrentReading = ConvertReading(reading, row);
+    record.CurrentReading = ConvertReading(ReadRaw(session, row), row);
     SetText(record.CurrentState, "Normal");
 }
 
@@ -98,6 +91,8 @@ int PH_OEM_Enum_PowerConsumptionSensor_Instance(R **records, int *count, int nam
     constexpr int other_units_based = 11;
     constexpr int any_entity = 255;
     TRACE(TraceProgress, "Entering %s", __func__);
+    *records = nullptr;
+    *count = 0;
     CompactSdrRow *compactRows = nullptr;
     int compactCount = 0;
     const int result = GetPowerLevelRows(&compactRows, &compactCount);

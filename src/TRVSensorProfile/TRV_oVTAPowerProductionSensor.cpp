@@ -13,10 +13,6 @@ namespace {
 using R = PowerProductionSensorRecord;
 
 constexpr Property<R> properties[] = {
-    {"DetailedStatus", CMPI_uint16, FIELD(R, DetailedStatus), "Constant."},
-    {"OperatingStatus", CMPI_uint16, FIELD(R, OperatingStatus), "Constant."},
-    {"PrimaryStatus", CMPI_uint16, FIELD(R, PrimaryStatus), "Constant."},
-    {"Status", CMPI_chars, FIELD(R, Status), "Constant."},
     {"UpperThresholdNonCritical", CMPI_sint32, FIELD(R, UpperThresholdNonCritical),
      "Watts. OEM DB, full SDRs: upper non-critical threshold by the sensor's formula."},
     {"UpperThresholdCritical", CMPI_sint32, FIELD(R, UpperThresholdCritical),
@@ -25,12 +21,15 @@ constexpr Property<R> properties[] = {
      "Watts. OEM DB, full SDRs: upper non-recoverable threshold by the sensor's formula."},
 };
 
+constexpr std::int32_t thresholds_of_kind[] = {1, 3, 5};
 constexpr SensorKind kind = {.sensorType = 14, .enabledState = 5, .baseUnits = 7, .unitModifier = 0};
 
 void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     SetSensorName(record);
     SetKind(record, kind);
-    SetThresholds(record, "1,3,5");
+    for (auto *thresholds : {&record.SupportedThresholds, &record.EnabledThresholds}) {
+        std::ranges::copy(thresholds_of_kind, *thresholds);
+    }
     SetWell(record);
     std::uint8_t status = 0;
     std::uint8_t reading = 0;
@@ -57,6 +56,8 @@ int PH_OEM_Enum_PowerProductionSensor_Instance(R **records, int *count, int name
     constexpr int other_units_based = 11;
     constexpr int power_supply = 10;
     TRACE(TraceProgress, "Entering %s", __func__);
+    *records = nullptr;
+    *count = 0;
     FullSdrRow *rows = nullptr;
     int rowCount = 0;
     if (GetFullSdrs(other_units_based, power_supply, &rows, &rowCount) != 0) {

@@ -13,10 +13,6 @@ namespace {
 using R = TemperatureSensorRecord;
 
 constexpr Property<R> properties[] = {
-    {"DetailedStatus", CMPI_uint16, FIELD(R, DetailedStatus), "Constant."},
-    {"OperatingStatus", CMPI_uint16, FIELD(R, OperatingStatus), "Constant."},
-    {"PrimaryStatus", CMPI_uint16, FIELD(R, PrimaryStatus), "Constant."},
-    {"Status", CMPI_chars, FIELD(R, Status), "Constant."},
     {"UpperThresholdNonCritical", CMPI_sint32, FIELD(R, UpperThresholdNonCritical),
      "Degrees C. OEM DB, full SDRs: upper non-critical threshold by the sensor's formula."},
     {"UpperThresholdCritical", CMPI_sint32, FIELD(R, UpperThresholdCritical),
@@ -40,6 +36,7 @@ void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     std::uint8_t state = 0;
     if (ZBR_CIM_GetFullSensorReading(session, row.SensorNumber, nullptr, &reading, &state, backend_timeout) !=
         0) {
+        reading = 0;
         state = unknown_state;
     }
     record.CurrentReading = ConvertReading(reading, row);
@@ -63,6 +60,8 @@ int PH_OEM_GetTemperatureSensorInfo(FullSdrRow **rows, int *count) {
 
 int PH_OEM_Enum_TemperatureSensor_Instance(R **records, int *count, int namesOnly) {
     TRACE(TraceProgress, "Entering %s", __func__);
+    *records = nullptr;
+    *count = 0;
     FullSdrRow *rows = nullptr;
     int rowCount = 0;
     if (PH_OEM_GetTemperatureSensorInfo(&rows, &rowCount) != 0) {

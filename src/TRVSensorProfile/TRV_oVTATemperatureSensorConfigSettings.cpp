@@ -2,6 +2,7 @@
 // critical. The index of the variable is the sensor's place among the temperature sensors, not its number.
 #include "TRVSensorProfile/TRV_oVTATemperatureSensorConfigSettings.h"
 
+#include "TRVSensorProfile/SensorFamily.h"
 #include "TRVSensorProfile/TRV_oVTATemperatureSensor.h"
 #include "Utilities/ConfigSpace.h"
 #include "Utilities/Text.h"
@@ -40,6 +41,8 @@ void FillRecord(IpmiSession *session, const FullSdrRow &row, int place, R &recor
 
 int PH_OEM_Enum_TemperatureSensorConfigSettings_Instance(R **records, int *count, int namesOnly) {
     TRACE(TraceProgress, "Entering %s", __func__);
+    *records = nullptr;
+    *count = 0;
     FullSdrRow *rows = nullptr;
     int rowCount = 0;
     if (PH_OEM_GetTemperatureSensorInfo(&rows, &rowCount) != 0) {
@@ -50,26 +53,13 @@ int PH_OEM_Enum_TemperatureSensorConfigSettings_Instance(R **records, int *count
         TRACE(TraceProgress, "No records from DB");
         return 0;
     }
-    Block<R> block{NewRecords<R>(rowCount)};
-    if (block == nullptr) {
-        return -1;
-    }
-    IpmiSession session{};
-    const SessionOwner sessionOwner{&session};
-    if (PH_OEM_CreateIPMISession(&session) != 0) {
-        TRACE(TraceFailure, "Create IPMI session failed");
-        return -1;
-    }
-    for (int i = 0; i < rowCount; ++i) {
-        R &record = block.get()[i];
-        FormatWithName(record.InstanceID, "TRV:oVTATemperatureSensorConfigSettings:%s", rows[i].SensorName);
-        if (namesOnly == 0) {
-            FillRecord(&session, rows[i], i, record);
-        }
-    }
-    *records = block.release();
-    *count = rowCount;
-    return 0;
+    return EnumerateSensorSettings<R>(
+        rowCount, records, count, namesOnly,
+        [=](int i, R &record) {
+            FormatWithName(record.InstanceID, "TRV:oVTATemperatureSensorConfigSettings:%s",
+                           rows[i].SensorName);
+        },
+        [=](IpmiSession *session, int i, R &record) { FillRecord(session, rows[i], i, record); });
 }
 
 EXPORT_CLASS(TemperatureSensorConfigSettings,

@@ -13,10 +13,6 @@ namespace {
 using R = VoltageSensorRecord;
 
 constexpr Property<R> properties[] = {
-    {"DetailedStatus", CMPI_uint16, FIELD(R, DetailedStatus), "Constant."},
-    {"OperatingStatus", CMPI_uint16, FIELD(R, OperatingStatus), "Constant."},
-    {"PrimaryStatus", CMPI_uint16, FIELD(R, PrimaryStatus), "Constant."},
-    {"Status", CMPI_chars, FIELD(R, Status), "Constant."},
     {"LowerThresholdCritical", CMPI_sint32, FIELD(R, LowerThresholdCritical),
      "Hundredths of a volt. OEM DB, full SDRs: lower critical threshold by the sensor's formula."},
     {"UpperThresholdCritical", CMPI_sint32, FIELD(R, UpperThresholdCritical),
@@ -43,7 +39,11 @@ void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     // A reading that fails shows as a raw reading of 0 and as the state 0, whatever the sensor before had.
     std::uint8_t reading = 0;
     std::uint8_t state = 0;
-    ZBR_CIM_GetFullSensorReading(session, row.SensorNumber, nullptr, &reading, &state, backend_timeout);
+    if (ZBR_CIM_GetFullSensorReading(session, row.SensorNumber, nullptr, &reading, &state, backend_timeout) !=
+        0) {
+        reading = 0;
+        state = 0;
+    }
     record.CurrentReading = ConvertScaled(reading, row);
     char text[32] = "";
     Zbr_CimIpmi_GetVolCurrentState(state, text, sizeof text);
@@ -57,6 +57,8 @@ int PH_OEM_Enum_VoltageSensor_Instance(R **records, int *count, int namesOnly) {
     constexpr int system_board = 7;
     constexpr int battery = 40;
     TRACE(TraceProgress, "Entering %s", __func__);
+    *records = nullptr;
+    *count = 0;
     FullSdrRow *boardRows = nullptr;
     FullSdrRow *batteryRows = nullptr;
     int boardCount = 0;

@@ -443,7 +443,7 @@ CMPIStatus InvokeMethod(const ClassTable &table, const CMPIBroker *broker, const
         return method != nullptr && strcasecmp(row.name, method) == 0;
     });
     CMPIUint32 value = table.noSuchMethod;
-    if (found != table.methods.end()) {
+    if (found != table.methods.end() && found->invoke != nullptr) {
         value = found->invoke({broker, ctx, cop, in, out}, status);
     } else {
         TRACE_CLASS(TraceFailure, "No such method available");

@@ -59,6 +59,8 @@ void FillRecord(CapabilitiesRecord &record, const CapabilitiesRow &row) {
 
 int PH_OEM_Common_EnumAll_ForCapabilities(const char *rowName, CapabilitiesRecord **records, int *count,
                                           int namesOnly) {
+    *records = nullptr;
+    *count = 0;
     std::uint32_t handle = 0;
     const TracedCoreDBOwner handleOwner{&handle};
     if (!OpenCoreDB(handle)) {

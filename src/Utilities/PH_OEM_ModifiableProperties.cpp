@@ -129,6 +129,10 @@ int PH_OEM_ModifyCSVProperty(const CMPIBroker *, IpmiSession *session, CMPIData 
 #define TRACE_MODIFICATION(level, ...)                                                                       \
     TRACE_FROM(modification.table.record.file, modification.table.record.line, level, __VA_ARGS__)
 
+bool NamesProperty(const char (&name)[64], const ModifiableProperty &property) {
+    return std::strncmp(name, property.name, sizeof name) == 0;
+}
+
 bool Refuse(Modification &modification, const StatusText &text, const char *argument, int result) {
     if (text.format == nullptr) {
         return false;
@@ -251,7 +255,7 @@ bool ApplyChanges(Modification &modification, IpmiSession *session, const Modifi
     for (int i = 0; i < changes.count && i < room; ++i) {
         const auto &change = changes.entries[i];
         for (const ModifiableProperty &property : modification.modify.properties) {
-            if (std::strncmp(change.name, property.name, sizeof change.name) == 0 &&
+            if (NamesProperty(change.name, property) &&
                 !ApplyChange(modification, session, property, change.data)) {
                 return false;
             }

@@ -119,6 +119,8 @@ struct Modification {
 // The steps of the flow, for a class that departs from it; each is false when the operation is to end with
 // the status as it stands.
 //
+// Whether the name of an entry, which may fill its field, is the property's.
+bool NamesProperty(const char (&name)[64], const ModifiableProperty &property);
 // Sets the status with its text, and traces it; always false. A NULL text leaves the status alone.
 bool Refuse(Modification &modification, const StatusText &text, const char *argument = "", int result = 0);
 // Finds out what the client changes.

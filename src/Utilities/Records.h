@@ -4,6 +4,7 @@
 #include "Utilities/Owners.h"
 #include "Utilities/PH_OEM_Debug.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <cstdlib>
@@ -33,7 +34,8 @@ R *AppendRecord(RecordList<R> &list, const char *failure = "memory allocation fa
                 const char *file = __builtin_FILE(), int line = __builtin_LINE()) {
     if (list.count == list.capacity) {
         const std::size_t capacity = list.capacity == 0 ? 4 : static_cast<std::size_t>(list.capacity) * 2;
-        void *grown = capacity > INT_MAX ? nullptr : std::realloc(list.block.get(), capacity * sizeof(R));
+        constexpr std::size_t limit = std::min<std::size_t>(INT_MAX, SIZE_MAX / sizeof(R));
+        void *grown = capacity > limit ? nullptr : std::realloc(list.block.get(), capacity * sizeof(R));
         if (grown == nullptr) {
             TRACE_FROM(file, line, TraceFailure, "%s", failure);
             return nullptr;
