@@ -14,11 +14,18 @@ if(VCH_BUILD_TREE)
   set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${VCH_LIBRARY_FOLDER})
   set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
   file(TOUCH ${VCH_NOTIFY_FILE_DEFAULT})  # ftok needs a file that exists
+  install(CODE [[message(FATAL_ERROR "This build runs from its own folder and would need it when installed. One that can \
+be installed comes of: cmake -G Ninja -B build/install -DCMAKE_BUILD_TYPE=MinSizeRel")]])
+elseif(NOT VCH_FIRMWARE_LIBRARIES)
+  # An installed stand-in lies beside the class library, wherever that is.
+  set(VCH_CLASS_HELPER_DEFAULT $ORIGIN/libClassHelper.so)
+  set(VCH_MEDIA_SERVICE_DEFAULT $ORIGIN/libmediasvc.so)
+  set(VCH_NOTIFY_FILE_DEFAULT /dev/null)  # ftok needs a file that exists
 else()
   set(VCH_CLASS_HELPER_DEFAULT /usr/local/lib/libClassHelper.so)
   set(VCH_MEDIA_SERVICE_DEFAULT /usr/local/lib/libmediasvc.so)
   set(VCH_NOTIFY_FILE_DEFAULT /dev/mtd0)
 endif()
-set(VCH_CLASS_HELPER ${VCH_CLASS_HELPER_DEFAULT} CACHE STRING "Absolute path of the base helper library")
-set(VCH_MEDIA_SERVICE ${VCH_MEDIA_SERVICE_DEFAULT} CACHE STRING "Absolute path of the media service library")
+set(VCH_CLASS_HELPER ${VCH_CLASS_HELPER_DEFAULT} CACHE STRING "Path by which the base helper library is opened")
+set(VCH_MEDIA_SERVICE ${VCH_MEDIA_SERVICE_DEFAULT} CACHE STRING "Path by which the media service library is opened")
 set(VCH_NOTIFY_FILE ${VCH_NOTIFY_FILE_DEFAULT} CACHE STRING "File whose ftok keys name the trace mask's message queues")

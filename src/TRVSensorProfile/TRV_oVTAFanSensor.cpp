@@ -189,7 +189,8 @@ std::uint16_t ReadQuality(IpmiSession *session, std::uint8_t sensorNumber) {
               static_cast<unsigned>(result));
         return 0;
     }
-    return reference == 0 ? 0 : static_cast<std::uint16_t>(measured * 100U / reference);
+    const std::uint32_t quality = reference == 0 ? 0 : measured * 100U / reference;
+    return static_cast<std::uint16_t>(quality);
 }
 
 void FillRecord(IpmiSession *session, const FanSensorRow &row, R &record) {

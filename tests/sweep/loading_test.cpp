@@ -118,7 +118,7 @@ struct Loading : testing::Test {
 };
 
 TEST_F(Loading, AHundredTimesLeavesNothingBehindAndNoThreadInUnmappedCode) {
-    constexpr int warm_up = 100; // until the allocator's free lists are as long as they get
+    constexpr int warm_up = 10;
     constexpr int times = 100;
     std::thread([] {}).join(); // with the first thread a sanitizer starts one of its own
     const size_t threadsBefore = threads();

@@ -1,50 +1,11 @@
 #include "sweep/operations.h"
+#include "sweep/class_expectations.h"
+#include "tools/selfcheck/selfcheck.h"
 
 #include <algorithm>
 #include <dlfcn.h>
 
 namespace {
-
-// --- Sample requests for operations that change the service processor
-
-struct Change {
-    const char *className;
-    const char *method; // NULL for ModifyInstance
-    ServiceProcessorTest::Values values;
-    std::vector<std::string> failures;
-    std::vector<std::string> writes;
-    std::vector<std::string> unnoticed;
-    std::vector<std::string> toldValues;
-};
-
-// A value other than the sample server's for each property that can be modified, and arguments for each
-// method.
-const Change changes[] = {
-    {"ServerConfigSettings",
-     nullptr,
-     {{"BIOSRecoveryFlash", {"true"}},
-      {"ConfDisableFanTest", {"true"}},
-      {"ConfErrorOffRestartTime", {"400"}},
-      {"ConfFanDailyTestTime", {"600"}},
-      {"ConfPowerCycleDelay", {"9"}},
-      {"ConfRebootRetryCounter", {"2"}},
-      {"ConfRetryCounterMax", {"7"}},
-      {"ConfTempCriticalPowerOff", {"false"}}},
-     {"4 Invalid Property: *", "4 failed to get the * value for the target instance",
-      "1 failed to set the * value for the target instance"},
-     {"service_processor|*", "configuration_variable|48|*", "configuration_variable|50|*",
-      "configuration_variable|51|*", "configuration_variable|119|*", "configuration_variable|128|*",
-      "configuration_variable|132|*", "configuration_variable|162|*"},
-     {"zbr_oemdb_init", "zbr_oemdb_get_ipmi_session_info", "CIM_Create_IPMI20_Session"},
-     {}},
-    {"ServerConfigSettings",
-     "ResetPowerOnCounter",
-     {},
-     {"1 failed to reset the PowerOnHours"},
-     {"power_on_hours|*"},
-     {},
-     {"2"}},
-};
 
 // --- Outcomes
 
@@ -59,7 +20,7 @@ std::map<std::string, std::string> valuesOf(const CMPIInstance *instance) {
 }
 
 void add(Outcome &outcome, const CMPIInstance *instance) {
-    outcome.instances[broker::textOfPath(CMGetObjectPath(instance, nullptr))] = valuesOf(instance);
+    outcome.instances[selfcheck::textOfPath(CMGetObjectPath(instance, nullptr))] = valuesOf(instance);
 }
 
 Outcome outcomeOf(const Reply &reply) {
@@ -69,7 +30,7 @@ Outcome outcomeOf(const Reply &reply) {
         add(outcome, instance);
     }
     for (const CMPIObjectPath *path : answer.paths) {
-        outcome.instances[broker::textOfPath(path)];
+        outcome.instances[selfcheck::textOfPath(path)];
     }
     outcome.value = answer.value.type == CMPI_null ? "" : broker::textOfValue(answer.value);
     return outcome;
@@ -126,7 +87,7 @@ std::vector<Operation> operationsOf(ServiceProcessorTest &server, const std::str
         return {};
     }
     const std::string prefix = "TRV_oVTA";
-    const std::string path = broker::textOfPath(names.answer.paths.back()).substr(prefix.size());
+    const std::string path = broker::textOfPath(names.answer.paths.front()).substr(prefix.size());
 
     std::vector<Operation> operations = {
         {"names of " + className,

@@ -3,6 +3,7 @@
 #include <platform/sp/sp.h>
 
 #include <fcntl.h>
+#include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,6 +26,23 @@ void Tool::TearDown() {
     std::filesystem::remove_all(folder);
 }
 
+namespace {
+
+// Becomes vch with these arguments and variables.
+[[noreturn]] void become(const std::vector<std::string> &arguments,
+                         const std::map<std::string, std::string> &environment) {
+    for (const auto &[variable, value] : environment)
+        setenv(variable.c_str(), value.c_str(), 1);
+    std::vector<char *> argv = {const_cast<char *>(VCH)};
+    for (const std::string &argument : arguments)
+        argv.push_back(const_cast<char *>(argument.c_str()));
+    argv.push_back(nullptr);
+    execv(VCH, argv.data());
+    _exit(127);
+}
+
+} // namespace
+
 Ended Tool::vch(const std::vector<std::string> &arguments) const {
     const std::string out = folder + "/out", err = folder + "/err";
     const pid_t child = fork();
@@ -32,18 +50,26 @@ Ended Tool::vch(const std::vector<std::string> &arguments) const {
         const int flags = O_WRONLY | O_CREAT | O_TRUNC;
         dup2(open(out.c_str(), flags, 0600), STDOUT_FILENO);
         dup2(open(err.c_str(), flags, 0600), STDERR_FILENO);
-        for (const auto &[variable, value] : environment)
-            setenv(variable.c_str(), value.c_str(), 1);
-        std::vector<char *> argv = {const_cast<char *>(VCH)};
-        for (const std::string &argument : arguments)
-            argv.push_back(const_cast<char *>(argument.c_str()));
-        argv.push_back(nullptr);
-        execv(VCH, argv.data());
-        _exit(127);
+        become(arguments, environment);
     }
     int status = 0;
     waitpid(child, &status, 0);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(out), contentOf(err)};
+}
+
+std::string Tool::onTerminal(const std::vector<std::string> &arguments) const {
+    int terminal = -1;
+    const winsize size = {50, 100, 0, 0};
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, &size);
+    if (child == 0)
+        become(arguments, environment);
+    std::string shown;
+    char bytes[4096];
+    for (ssize_t length = 0; (length = read(terminal, bytes, sizeof bytes)) > 0;)
+        shown.append(bytes, static_cast<size_t>(length));
+    close(terminal);
+    waitpid(child, nullptr, 0);
+    return shown;
 }
 
 std::string contentOf(const std::string &path) {

@@ -23,6 +23,9 @@ struct Tool : testing::Test {
 
     /** Runs vch with these arguments, its output to files as to a pipe. */
     Ended vch(const std::vector<std::string> &arguments) const;
+
+    /** Runs vch on a terminal of 100 columns; all that it shows there. */
+    std::string onTerminal(const std::vector<std::string> &arguments) const;
 };
 
 /** The file's content; empty when it can't be read. */

@@ -571,7 +571,8 @@ TEST_F(Tool, HelpNamesEveryCommandAndGoesToStandardOutput) {
     const Ended help = vch({"--help"});
     EXPECT_EQ(help.code, 0);
     EXPECT_EQ(help.err, "");
-    for (const char *word : {"instance", "class", "sp", "ei", "ein", "gi", "mi", "cm", "gc", "VCH_STORE"})
+    for (const char *word : {"instance", "class", "sp", "overview", "selfcheck", "ei", "ein", "gi", "mi",
+                             "cm", "gc", "VCH_STORE"})
         EXPECT_NE(help.out.find(word), std::string::npos) << word;
     const std::string sub = vch({"instance", "--help"}).out;
     for (const char *word : {"enumerate", "get", "count", "modify", "invokemethod"})

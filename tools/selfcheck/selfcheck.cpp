@@ -51,11 +51,11 @@ Values valuesOf(const CMPIInstance *instance) {
 Reply replyOf(const broker::Answer &answer) {
     Reply reply{answer.rc, answer.message, {}, {}};
     for (const CMPIInstance *instance : answer.instances) {
-        reply.paths.push_back(broker::textOfPath(CMGetObjectPath(instance, nullptr)));
+        reply.paths.push_back(textOfPath(CMGetObjectPath(instance, nullptr)));
         reply.instances[reply.paths.back()] = valuesOf(instance);
     }
     for (const CMPIObjectPath *path : answer.paths) {
-        reply.paths.push_back(broker::textOfPath(path));
+        reply.paths.push_back(textOfPath(path));
     }
     std::ranges::sort(reply.paths);
     return reply;
@@ -290,6 +290,22 @@ void checkRefusals(Check &check, const Reply &instances) {
 std::string textOf(const Finding &finding) {
     return finding.className + (finding.property.empty() ? "" : '.' + finding.property) + ": " +
            finding.cause;
+}
+
+std::string textOfPath(const CMPIObjectPath *path) {
+    std::vector<std::string> keys; // each as Name=value
+    const std::string className = CMGetCharsPtr(CMGetClassName(path, nullptr), nullptr);
+    for (CMPICount i = 0; i < CMGetKeyCount(path, nullptr); ++i) {
+        CMPIString *name = nullptr;
+        const CMPIData value = CMGetKeyAt(path, i, &name, nullptr);
+        keys.push_back(CMGetCharsPtr(name, nullptr) + ('=' + broker::mofOfValue(value)));
+    }
+    std::ranges::sort(keys);
+    std::string text = className;
+    for (const std::string &key : keys) {
+        text += (text.size() == className.size() ? '.' : ',') + key;
+    }
+    return text;
 }
 
 std::vector<const broker::Class *> classesToCheck(const broker::Broker &broker, const std::string &glob) {

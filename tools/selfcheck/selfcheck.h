@@ -19,6 +19,9 @@ struct Finding {
 // "TRV_oVTAThing.Name: ..." on one line.
 std::string textOf(const Finding &finding);
 
+// Text of a path with its keys in order of their names: one text for all paths that name an instance.
+std::string textOfPath(const CMPIObjectPath *path);
+
 // The classes that are looked at: those that match the glob and aren't abstract, in order of declaration.
 std::vector<const broker::Class *> classesToCheck(const broker::Broker &broker, const std::string &glob);
 

@@ -34,15 +34,21 @@ _vch() {
         -n | --namespace) choices="root/cimv2" ;;
         *)
             case $_vch_verb in
-                "") choices="instance class sp ei ein gi mi cm gc --help --version" ;;
+                "") choices="instance class sp overview selfcheck ei ein gi mi cm gc --help --version" ;;
                 "instance ") choices="enumerate get count modify invokemethod" ;;
                 "class ") choices="find get enumerate tree" ;;
-                sp) choices="create path info mask notify" ;;
+                overview) choices="--output-format --namespace --user --journal --help" ;;
+                sp) choices="create path info mask supply blade agent notify" ;;
+                "sp supply") choices="pull plug" ;;
+                "sp blade") choices="on off" ;;
+                "sp agent") choices="connect disconnect" ;;
                 "sp notify") choices="create post watch remove" ;;
                 "sp create") choices="--force" ;;
                 sp*) ;;
                 *)
-                    if [[ $current == -* ]]; then
+                    if [[ $current == -* && $_vch_verb == selfcheck ]]; then
+                        choices="--help"
+                    elif [[ $current == -* ]]; then
                         choices="--help --output-format"
                         _vch_after "class enumerate" && choices+=" --deep --names-only"
                         if [[ $_vch_verb != class* && $_vch_verb != gc ]]; then

@@ -51,3 +51,7 @@ Failure cimFailure(CMPIrc rc, const std::string &message) {
     return {CimError, fmt::format("{} ({}): {}", nameOf(rc), static_cast<int>(rc),
                                   message.empty() ? "the provider gave no message" : message)};
 }
+
+Failure noFormFailure(const char *format, const char *answer) {
+    return {UsageError, fmt::format("{} has no form for {}; table and json have", format, answer)};
+}

@@ -20,3 +20,6 @@ struct Failure {
 
 /** A CIM error as a failure: "CMPI_RC_ERR_NOT_FOUND (6): message". */
 Failure cimFailure(CMPIrc rc, const std::string &message);
+
+/** An output format that can't be had for something: "xml has no form for counts; ..." */
+Failure noFormFailure(const char *format, const char *answer);

@@ -124,15 +124,14 @@ void getInstance(const InstanceOptions &options) {
 
 void countInstances(const InstanceOptions &options) {
     if (options.format->counts == nullptr) {
-        throw Failure{UsageError,
-                      fmt::format("{} has no form for counts; table and json have", options.format->name)};
+        throw noFormFailure(options.format->name, "counts");
     }
     Work work = begin(options);
     const broker::Schema &schema = broker::schemaOf(*work.session.broker);
     const std::string glob = options.target.empty() ? "*" : options.target;
-    const bool isGlob = glob.find_first_of("*?") != std::string::npos;
+    const bool several = isGlob(glob);
     std::vector<const broker::Class *> classes;
-    if (isGlob) {
+    if (several) {
         classes = findByName(schema, glob);
     } else {
         classes.push_back(&resolveClass(*work.session.broker, options.target));
@@ -141,14 +140,14 @@ void countInstances(const InstanceOptions &options) {
     std::vector<InstanceCount> counts;
     std::string failures;
     for (const broker::Class *cls : classes) {
-        if (isGlob && (cls->isAbstract || !broker::matchesGlob(cls->name, servedClasses))) {
+        if (several && (cls->isAbstract || !broker::matchesGlob(cls->name, servedClasses))) {
             continue; // its instances are those of its subclasses
         }
         const CMPIObjectPath *path = resolvePath(work.session, cls->name);
         const broker::Answer answer = broker::enumerateInstanceNames(*work.session.request, path);
         if (answer.rc == CMPI_RC_OK) {
             counts.push_back({cls, answer.paths.size()});
-        } else if (!isGlob) {
+        } else if (!several) {
             throw cimFailure(answer.rc, answer.message);
         } else {
             failures += fmt::format("\n  {}: {}", cls->name, cimFailure(answer.rc, answer.message).message);

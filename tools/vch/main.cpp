@@ -1,8 +1,10 @@
 // vch: a CIM client and the simulated service processor's switchboard. This file is the command line alone.
 
 #include "classes.h"
+#include "conformance.h"
 #include "failure.h"
 #include "instances.h"
+#include "overview.h"
 #include "service_processor.h"
 #include "text.h"
 
@@ -12,15 +14,16 @@
 #include <cstdio>
 #include <exception>
 #include <functional>
+#include <limits>
 
 namespace {
 
 // What the options fill in. The commands take their part of it.
 struct CommandLine {
     std::string target, nameSpace, user = "admin", method, format = outputFormats[0]->name;
-    std::vector<std::string> propertyLists, assignments, nulls;
+    std::vector<std::string> targets, propertyLists, assignments, nulls;
     bool namesOnly = false, journal = false, deep = false, force = false;
-    int pid = 0;
+    int pid = 0, slot = 0;
     uint16_t mask = 0;
     std::function<void()> command; // what was chosen
 };
@@ -178,7 +181,21 @@ void addMask(CLI::App &command, CommandLine &line) {
 void addPid(CLI::App &command, CommandLine &line) {
     command.add_option("PID", line.pid, "Process whose mask is to be read again")
         ->required()
-        ->check(CLI::PositiveNumber);
+        ->check(CLI::Range(1, std::numeric_limits<int>::max()));
+}
+
+void addSlot(CLI::App &command, CommandLine &line) {
+    command.add_option("SLOT", line.slot, "Number of the slot, from 1")->required();
+}
+
+void addTargets(CLI::App &command, CommandLine &line) {
+    command.add_option("CLASS", line.targets,
+                       "Class, with its subclasses, or a glob; all classes if not given");
+}
+
+void addOverview(CLI::App &command, CommandLine &line) {
+    addRequest(command, line);
+    command.add_option("-o,--output-format", line.format, "table or json")->capture_default_str();
 }
 
 void addNothing(CLI::App &, CommandLine &) {}
@@ -222,6 +239,16 @@ constexpr Verb shortVerbs[] = {
     {"gc", "Short for class get", addClass, classVerbs[1].run},
 };
 
+// Of the server as a whole and of the class library as a whole.
+constexpr Verb wholeVerbs[] = {
+    {"overview", "The server, its power supplies and its power settings on one screen", addOverview,
+     [](const CommandLine &line, const CLI::App &) {
+         printOverview({line.nameSpace, line.user, formatOf(line), line.journal});
+     }},
+    {"selfcheck", "Check that classes keep to their declarations", addTargets,
+     [](const CommandLine &line, const CLI::App &) { checkConformance(line.targets); }},
+};
+
 constexpr Verb storeVerbs[] = {
     {"create", "Create the store with the sample server", addForce,
      [](const CommandLine &line, const CLI::App &) { createStore(line.force); }},
@@ -233,6 +260,27 @@ constexpr Verb storeVerbs[] = {
      [](const CommandLine &line, const CLI::App &app) {
          traceMask(app.get_option("MASK")->count() > 0 ? std::optional(line.mask) : std::nullopt);
      }},
+};
+
+constexpr Verb supplyVerbs[] = {
+    {"pull", "Pull the power supply out of a slot", addSlot,
+     [](const CommandLine &line, const CLI::App &) { plugPowerSupply(line.slot, false); }},
+    {"plug", "Plug a power supply without a fault into a slot", addSlot,
+     [](const CommandLine &line, const CLI::App &) { plugPowerSupply(line.slot, true); }},
+};
+
+constexpr Verb bladeVerbs[] = {
+    {"on", "The server is a blade", addNothing,
+     [](const CommandLine &, const CLI::App &) { makeBlade(true); }},
+    {"off", "The server stands alone", addNothing,
+     [](const CommandLine &, const CLI::App &) { makeBlade(false); }},
+};
+
+constexpr Verb agentVerbs[] = {
+    {"connect", "The agent is there", addNothing,
+     [](const CommandLine &, const CLI::App &) { connectAgent(true); }},
+    {"disconnect", "The agent is gone", addNothing,
+     [](const CommandLine &, const CLI::App &) { connectAgent(false); }},
 };
 
 constexpr Verb notifyVerbs[] = {
@@ -264,6 +312,7 @@ constexpr char footer[] = R"(Examples:
   vch instance enumerate RegisteredProfile -o json
   vch gi 'RegisteredProfile.InstanceID="..."' --propertylist RegisteredName,RegisteredVersion
   vch instance modify ServerConfigSettings ConfPowerCycleDelay=7 --journal
+  vch sp supply pull 2 && vch overview
 
 Environment:
   VCH_STORE    file of the simulated service processor
@@ -271,7 +320,7 @@ Environment:
   VCH_FAULTS   back-end calls that are to fail: function[@call][=result];...
   VCH_MODULE   provider module, instead of the one that belongs to the tool
   VCH_SCHEMA   folder of the MOF files, likewise
-  NO_COLOR     no bold text on a terminal
+  NO_COLOR     no bold and no coloured text on a terminal
 
 Exit codes: 0 done, 1 CIM error, 2 usage, 3 back end (store, provider module, schema).)";
 
@@ -288,9 +337,13 @@ int run(int argc, char **argv) {
     CommandLine line;
     addVerbs(*addGroup(app, "instance", "Instances of classes"), instanceVerbs, line);
     addVerbs(*addGroup(app, "class", "Declarations of classes"), classVerbs, line);
+    addVerbs(app, wholeVerbs, line);
     addVerbs(app, shortVerbs, line);
     CLI::App &sp = *addGroup(app, "sp", "The simulated service processor");
     addVerbs(sp, storeVerbs, line);
+    addVerbs(*addGroup(sp, "supply", "Power supplies in their slots"), supplyVerbs, line);
+    addVerbs(*addGroup(sp, "blade", "Whether the server is a blade"), bladeVerbs, line);
+    addVerbs(*addGroup(sp, "agent", "The agent in the host's operating system"), agentVerbs, line);
     addVerbs(*addGroup(sp, "notify", "Message queues by which processes hear of a new trace mask"),
              notifyVerbs, line);
     app.footer(footer); // commands would inherit one that stands before them

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+struct OverviewAnswer;
+
 /** What a method answered. */
 struct MethodResult {
     std::string method;
@@ -32,6 +34,7 @@ struct OutputFormat {
     std::string (*classNames)(const std::vector<const broker::Class *> &classes);
     std::string (*counts)(
         const std::vector<InstanceCount> &counts); ///< NULL where the format has no form for it
+    std::string (*overview)(const std::vector<OverviewAnswer> &answers); ///< likewise
 };
 
 /** For people: columns, or a block for each instance where those are too wide; a path is its text. */

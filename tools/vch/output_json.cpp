@@ -1,5 +1,6 @@
 #include "named_values.h"
 #include "output.h"
+#include "overview.h"
 #include "text.h"
 
 #include <broker/broker.h>
@@ -163,6 +164,23 @@ std::string counts(const std::vector<InstanceCount> &list) {
     return printed(array);
 }
 
+// An array of instances for each section, or an object that says why there is none.
+std::string overview(const std::vector<OverviewAnswer> &answers) {
+    Json document = Json::object();
+    for (const OverviewAnswer &answer : answers) {
+        if (!answer.error.empty()) {
+            document[answer.section->name] = {{"error", validUtf8(answer.error)}};
+            continue;
+        }
+        document[answer.section->name] = Json::array();
+        for (const CMPIInstance *instance : answer.instances) {
+            document[answer.section->name].push_back(object(propertiesOf(instance)));
+        }
+    }
+    return printed(document);
+}
+
 } // namespace
 
-const OutputFormat jsonOutput = {"json", instances, paths, methodResult, classes, classNames, counts};
+const OutputFormat jsonOutput = {"json",  instances,  paths,  methodResult,
+                                 classes, classNames, counts, overview};

@@ -109,4 +109,4 @@ std::string classNames(const std::vector<const broker::Class *> &list) {
 
 } // namespace
 
-const OutputFormat mofOutput = {"mof", instances, paths, methodResult, classes, classNames, nullptr};
+const OutputFormat mofOutput = {"mof", instances, paths, methodResult, classes, classNames, nullptr, nullptr};

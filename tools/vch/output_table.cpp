@@ -1,5 +1,6 @@
 #include "named_values.h"
 #include "output.h"
+#include "overview.h"
 #include "terminal.h"
 #include "text.h"
 
@@ -49,15 +50,6 @@ void addInstance(Table &table, const CMPIInstance *instance) {
         row[column] = cell(named.value);
     }
     table.rows.push_back(row);
-}
-
-std::string padded(const std::string &text, size_t width) {
-    return text + std::string(width - std::min(width, columns(text)), ' ');
-}
-
-std::string withoutTrailingBlanks(std::string line) {
-    line.erase(line.find_last_not_of(' ') + 1);
-    return line;
 }
 
 std::vector<size_t> widthsOf(const Table &table) {
@@ -207,4 +199,5 @@ std::string counts(const std::vector<InstanceCount> &list) {
 
 } // namespace
 
-const OutputFormat tableOutput = {"table", instances, paths, methodResult, classes, classNames, counts};
+const OutputFormat tableOutput = {"table", instances,  paths,  methodResult,
+                                  classes, classNames, counts, overviewText};

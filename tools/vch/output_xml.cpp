@@ -212,4 +212,4 @@ std::string classNames(const std::vector<const broker::Class *> &list) {
 
 } // namespace
 
-const OutputFormat xmlOutput = {"xml", instances, paths, methodResult, classes, classNames, nullptr};
+const OutputFormat xmlOutput = {"xml", instances, paths, methodResult, classes, classNames, nullptr, nullptr};

@@ -29,11 +29,16 @@ template <typename Action> auto onBackEnd(Action action) {
 
 using Rows = std::vector<std::vector<std::string>>;
 
-Rows query(const std::string &text) {
+// The same, once the store is known to be one that can be used.
+template <typename Action> auto onStore(Action action) {
     return onBackEnd([&] {
         sp::check_store(sp::default_store());
-        return sp::sql(text);
+        return action();
     });
+}
+
+Rows query(const std::string &text) {
+    return onStore([&] { return sp::sql(text); });
 }
 
 std::string storePath() {
@@ -73,6 +78,26 @@ void printStoreInfo() {
                    query(fmt::format("SELECT count(*) FROM \"{}\"", table.front())).front().front(),
                    table.front());
     }
+}
+
+void plugPowerSupply(int slot, bool plugged) {
+    const Rows units = query(fmt::format("SELECT Designation FROM power_supply_slot WHERE Slot = {}", slot));
+    try {
+        sp::plug_power_supply(slot, plugged);
+    } catch (const std::runtime_error &error) {
+        throw Failure{units.empty() ? UsageError : BackEndError, error.what()};
+    }
+    fmt::print("{} is {} slot {}\n", units.front().front(), plugged ? "in" : "out of", slot);
+}
+
+void makeBlade(bool blade) {
+    onStore([&] { sp::make_blade(blade); });
+    fmt::print("the server {}\n", blade ? "is a blade" : "stands alone");
+}
+
+void connectAgent(bool connected) {
+    onStore([&] { sp::connect_agent(connected); });
+    fmt::print("the agent is {}\n", connected ? "connected" : "disconnected");
 }
 
 void traceMask(const std::optional<uint16_t> &mask) {

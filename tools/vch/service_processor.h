@@ -17,6 +17,15 @@ void printStorePath();
 /** Prints the store's path, schema version and the number of rows of each of its tables. */
 void printStoreInfo();
 
+/** Plugs a power supply into a slot, from 1, or pulls it. */
+void plugPowerSupply(int slot, bool plugged);
+
+/** Makes the server a blade, or one that stands alone. */
+void makeBlade(bool blade);
+
+/** Connects the agent in the host's operating system, or lets it go. */
+void connectAgent(bool connected);
+
 /** Prints the trace mask, or sets it. Running processes take it over when they are notified. */
 void traceMask(const std::optional<uint16_t> &mask);
 

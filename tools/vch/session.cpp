@@ -43,6 +43,13 @@ template <size_t N> fs::path locate(const char *variable, const char *const (&pl
 
 } // namespace
 
+broker::Client localClient(const std::string &user) {
+    broker::Client client;
+    client.principal = user;
+    client.remoteAddress = "127.0.0.1";
+    return client;
+}
+
 Session openSession(const std::string &nameSpace, const std::string &user) {
     broker::Settings settings;
     settings.providerModule = locate("VCH_MODULE", modulePlaces, "provider module");
@@ -59,10 +66,7 @@ Session openSession(const std::string &nameSpace, const std::string &user) {
     if (session.broker == nullptr) {
         throw Failure{BackEndError, error};
     }
-    broker::Client client;
-    client.principal = user;
-    client.remoteAddress = "127.0.0.1";
-    session.request = broker::beginRequest(*session.broker, client);
+    session.request = broker::beginRequest(*session.broker, localClient(user));
     session.nameSpace = nameSpace.empty() ? broker::nameSpaceOf(*session.broker) : nameSpace;
     return session;
 }

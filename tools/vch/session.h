@@ -18,6 +18,9 @@ struct Session {
     std::string nameSpace;          ///< of paths that name none
 };
 
+/** A client on this machine. */
+broker::Client localClient(const std::string &user);
+
 /**
  * Loads schema and provider module and begins a request from this machine.
  * Both files are found from where the tool lies, or by VCH_MODULE and VCH_SCHEMA.

@@ -38,6 +38,10 @@ const broker::Class &resolveClass(const broker::Broker &broker, std::string_view
                                  suggestion(shortName(name), candidates)));
 }
 
+bool isGlob(std::string_view target) {
+    return target.find_first_of("*?") != std::string_view::npos;
+}
+
 std::vector<const broker::Class *> findByName(const broker::Schema &schema, const std::string &glob) {
     std::vector<const broker::Class *> found;
     for (const auto &known : schema.classes) {

@@ -14,6 +14,9 @@
 /** The class of a name, with or without the prefix TRV_oVTA and in any case. */
 const broker::Class &resolveClass(const broker::Broker &broker, std::string_view name);
 
+/** Does a target that may be a class or a glob have a '*' or a '?'? */
+bool isGlob(std::string_view target);
+
 /** The classes whose name a glob of '*' and '?' matches, with or without the prefix; an empty one matches
  * all. */
 std::vector<const broker::Class *> findByName(const broker::Schema &schema, const std::string &glob);

@@ -15,7 +15,27 @@ size_t outputWidth() {
     return columns > 0 ? columns : 120;
 }
 
+namespace {
+
+// `text` with the attribute of an escape sequence's number when standard output is a terminal.
+std::string attributed(const std::string &text, const char *attribute) {
+    static const char *unwanted = getenv("NO_COLOR");
+    static const bool onTerminal = isatty(STDOUT_FILENO) == 1 && (unwanted == nullptr || *unwanted == '\0');
+    return onTerminal ? std::string("\033[") + attribute + "m" + text + "\033[0m" : text;
+}
+
+} // namespace
+
 std::string emphasized(const std::string &text) {
-    static const bool onTerminal = isatty(STDOUT_FILENO) == 1 && getenv("NO_COLOR") == nullptr;
-    return onTerminal ? "\033[1m" + text + "\033[0m" : text;
+    return attributed(text, "1");
+}
+
+std::string coloured(const std::string &text, Health health) {
+    switch (health) {
+    case Health::Good: return attributed(text, "32");
+    case Health::Warning: return attributed(text, "33");
+    case Health::Bad: return attributed(text, "31");
+    case Health::Unknown: break;
+    }
+    return text;
 }

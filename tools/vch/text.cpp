@@ -86,6 +86,15 @@ size_t columns(std::string_view text) {
         text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
+std::string padded(const std::string &text, size_t width) {
+    return text + std::string(width - std::min(width, columns(text)), ' ');
+}
+
+std::string withoutTrailingBlanks(std::string line) {
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line;
+}
+
 std::vector<std::string> split(std::string_view text, char separator) {
     std::vector<std::string> parts;
     for (size_t i = 0; i < text.size(); ++i) {

@@ -13,6 +13,11 @@ std::string printable(std::string_view text);
 /** Columns that UTF-8 text takes on a terminal, one for each character. */
 size_t columns(std::string_view text);
 
+/** `text` with blanks behind it up to so many columns. */
+std::string padded(const std::string &text, size_t width);
+
+std::string withoutTrailingBlanks(std::string line);
+
 /** Splits at every `separator` but those behind a backslash, which is taken away; an empty text has no parts.
  */
 std::vector<std::string> split(std::string_view text, char separator);

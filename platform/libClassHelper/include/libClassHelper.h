@@ -78,6 +78,7 @@ static_assert(offsetof(TCPProtocolEndpointRow, ElementName) == 1088, "");
 static_assert(offsetof(TCPProtocolEndpointRow, ProtocolIFType) == 1152, "");
 static_assert(offsetof(TCPProtocolEndpointRow, PortNumber) == 1156, "");
 static_assert(offsetof(TCPProtocolEndpointRow, EnabledState) == 1160, "");
+static_assert(sizeof(TCPProtocolEndpointRow) == 1164, "");
 
 /// The server itself. The strings in the two pointer lists are the row's own.
 typedef struct HostComputerSystemRow {

@@ -1,0 +1,321 @@
+// vch's commands for the server as a whole: overview, selfcheck, and the switches of the service processor.
+
+#include "tool.h"
+
+#include <platform/sp/sp.h>
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+using Json = nlohmann::json;
+
+struct Server : Tool {
+    void SetUp() override {
+        Tool::SetUp();
+        sp::sql("UPDATE simulation SET Walk = 0"); // outputs are compared
+    }
+
+    // The store's file with all that was written.
+    std::string storeContent() const {
+        sp::sql("PRAGMA wal_checkpoint(TRUNCATE)");
+        return contentOf(store);
+    }
+
+    // The overview's lines that hold a text, without the blanks before them.
+    std::vector<std::string> overviewLines(const std::string &text) const {
+        std::vector<std::string> found;
+        for (const std::string &line : linesOf(vch({"overview"}).out))
+            if (line.find(text) != std::string::npos)
+                found.push_back(line.substr(line.find_first_not_of(' ')));
+        return found;
+    }
+};
+
+using Lines = std::vector<std::string>;
+
+// --- overview ---------------------------------------------------------------------------------------
+
+// Sensor 0x30: 4 W a count; PSU3's slot is empty; two of three units, of which one will fail, are well.
+TEST_F(Server, TheOverviewIsOneScreenWithoutEscapeSequences) {
+    sp::sql("UPDATE sensor_reading SET Reading = 50 WHERE SensorNumber = 0x30");
+    const Ended ended = vch({"overview"});
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.err, "");
+    EXPECT_EQ(ended.out.find('\033'), std::string::npos);
+    EXPECT_LE(linesOf(ended.out).size(), 25U) << ended.out;
+    for (const char *text :
+         {"Power state    Enabled", "Serial number  MVR7420220815", "2025-07-05 08:00:00 UTC",
+          "PSU1  OK                OK         No Additional Information  200 W",
+          "PSU2  Degraded/Warning  Pred Fail  Predictive Failure", "Status  Degraded Redundancy",
+          "Units needed      2", "Limit exceeded for  5 min", "Sun 2, Mon-Fri 3, Sat 2", "Mon-Fri 06:00",
+          "Mon-Thu 22:00, Fri 18:00"})
+        EXPECT_NE(ended.out.find(text), std::string::npos) << text << "\n" << ended.out;
+    EXPECT_EQ(ended.out.find("PSU3"), std::string::npos);
+}
+
+TEST_F(Server, ANarrowOverviewHasOneValueToALine) {
+    environment["COLUMNS"] = "60";
+    EXPECT_EQ(overviewLines("Power state"), Lines{"Power state    Enabled"});
+    EXPECT_EQ(overviewLines("Model"), Lines{"Model          TORVEN RX7420"});
+}
+
+TEST_F(Server, AScheduleShowsTheDaysThatHaveATime) {
+    const struct {
+        const char *change;
+        const char *shown;
+    } cases[] = {
+        {"UPDATE configuration_variable SET value = 65535 WHERE id = 0x00A0", "never"},
+        {"UPDATE configuration_variable SET value = 61 WHERE id = 0x00A0 AND list_index IN (0, 2, 6)",
+         "Sun 01:01, Tue 01:01, Sat 01:01"},
+        {"UPDATE configuration_variable SET value = 0 WHERE id = 0x00A0", "Sun-Sat 00:00"},
+    };
+    for (const auto &one : cases) {
+        sp::sql(one.change);
+        environment["COLUMNS"] = "40";
+        EXPECT_EQ(overviewLines("Powers on"), Lines{std::string("Powers on             ") + one.shown});
+    }
+}
+
+TEST_F(Server, TheOverviewAsJsonIsAnObjectOfWhatIsShown) {
+    const Ended ended = vch({"overview", "-o", "json"});
+    ASSERT_EQ(ended.code, 0) << ended.err;
+    const Json answer = Json::parse(ended.out);
+    EXPECT_EQ(answer.size(), 5U);
+    EXPECT_EQ(answer["server"][0]["EnabledState"], 2);
+    EXPECT_EQ(answer["powerSupplies"].size(), 3U);
+    EXPECT_EQ(answer["powerSupplies"][2]["DeviceID"], "PSU4");
+    EXPECT_EQ(answer["redundancy"][0]["RedundancyStatus"], 3);
+    EXPECT_EQ(answer["powerConsumption"][0]["ConfPowerLimitModeValue"], 650);
+    EXPECT_EQ(answer["powerManagement"][0]["PowerScheduleEnable"], true);
+    EXPECT_EQ(vch({"overview", "-o", "mof"}).code, 2);
+}
+
+TEST_F(Server, AClassThatFailsOrIsEmptyIsOneLineOfTheOverview) {
+    for (const char *slot : {"1", "2", "4"})
+        ASSERT_EQ(vch({"sp", "supply", "pull", slot}).code, 0);
+    EXPECT_EQ(vch({"overview"}).code, 0);
+    EXPECT_EQ(overviewLines("Power supplies"), Lines{"Power supplies: none"});
+
+    environment["VCH_FAULTS"] = "ZBR_CIM_GetConfigSpaceVariables";
+    const Ended ended = vch({"overview"});
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.err.rfind("vch: 1 of 5 classes failed", 0), 0U) << ended.err;
+    EXPECT_EQ(overviewLines("Redundancy"),
+              Lines{"Redundancy: CMPI_RC_ERR_FAILED (1): Failed to Enumerate Instance"});
+    EXPECT_EQ(overviewLines("Power management").size(), 1U) << "what stands behind it is there";
+    const Json answer = Json::parse(vch({"overview", "-o", "json"}).out);
+    EXPECT_EQ(answer["redundancy"]["error"], "CMPI_RC_ERR_FAILED (1): Failed to Enumerate Instance");
+    EXPECT_EQ(answer["powerSupplies"], Json::array());
+}
+
+TEST_F(Server, ATerminalShowsHealthInColoursUnlessTheyAreUnwanted) {
+    const std::string green = "\033[32mOK\033[0m", yellow = "\033[33mDegraded/Warning\033[0m",
+                      red = "\033[31mRedundancy Lost\033[0m";
+    std::string shown = onTerminal({"overview"});
+    EXPECT_NE(shown.find(green), std::string::npos) << shown;
+    EXPECT_NE(shown.find(yellow), std::string::npos) << shown;
+    EXPECT_EQ(shown.find(red), std::string::npos) << shown;
+
+    sp::plug_power_supply(1, false);
+    sp::plug_power_supply(4, false);
+    shown = onTerminal({"overview"});
+    EXPECT_NE(shown.find(red), std::string::npos) << shown;
+
+    environment["NO_COLOR"] = "";
+    EXPECT_NE(onTerminal({"overview"}).find(red), std::string::npos) << "an empty wish is none";
+    environment["NO_COLOR"] = "1";
+    shown = onTerminal({"overview"});
+    EXPECT_NE(shown.find("Redundancy Lost"), std::string::npos) << shown;
+    EXPECT_EQ(shown.find('\033'), std::string::npos) << shown;
+}
+
+// --- Switches ---------------------------------------------------------------------------------------
+
+TEST_F(Server, APulledSupplyIsGoneAtTheNextRequestAndRedundancyFollows) {
+    const struct {
+        const char *verb, *slot;
+        const char *said;
+        Lines units;
+        const char *redundancy;
+    } cases[] = {
+        {"pull", "2", "PSU2 is out of slot 2\n", {"PSU1", "PSU4"}, "Degraded Redundancy"},
+        {"pull", "2", "PSU2 is out of slot 2\n", {"PSU1", "PSU4"}, "Degraded Redundancy"},
+        {"pull", "1", "PSU1 is out of slot 1\n", {"PSU4"}, "Redundancy Lost"},
+        {"plug", "1", "PSU1 is in slot 1\n", {"PSU1", "PSU4"}, "Degraded Redundancy"},
+        {"plug", "2", "PSU2 is in slot 2\n", {"PSU1", "PSU2", "PSU4"}, "Fully Redundant"},
+    };
+    for (const auto &one : cases) {
+        SCOPED_TRACE(std::string(one.verb) + " " + one.slot);
+        const Ended ended = vch({"sp", "supply", one.verb, one.slot});
+        EXPECT_EQ(ended.code, 0) << ended.err;
+        EXPECT_EQ(ended.out, one.said);
+        Lines units;
+        for (const std::string &line : overviewLines("PSU"))
+            units.push_back(line.substr(0, line.find(' ')));
+        EXPECT_EQ(units, one.units);
+        EXPECT_EQ(overviewLines(one.redundancy).size(), 1U);
+    }
+}
+
+TEST_F(Server, AServerIsABladeAndHasAnAgentAsItIsTold) {
+    const std::string standsAlone = "Mon-Thu 22:00, Fri 18:00", blade = "Mon-Thu 18:00, Fri 16:00";
+    sp::sql("UPDATE agent_parameter SET Value = 'by-agent' WHERE Name = 'ServerHostNameShort'");
+    const struct {
+        Lines verb;
+        const char *said;
+        std::string shown;
+    } cases[] = {
+        {{"sp", "blade", "on"}, "the server is a blade\n", blade},
+        {{"sp", "blade", "on"}, "the server is a blade\n", blade},
+        {{"sp", "blade", "off"}, "the server stands alone\n", standsAlone},
+        {{"sp", "agent", "disconnect"}, "the agent is disconnected\n", "db-node-21"},
+        {{"sp", "agent", "connect"}, "the agent is connected\n", "by-agent"},
+    };
+    for (const auto &one : cases) {
+        SCOPED_TRACE(testing::PrintToString(one.verb));
+        const Ended ended = vch(one.verb);
+        EXPECT_EQ(ended.code, 0) << ended.err;
+        EXPECT_EQ(ended.out, one.said);
+        EXPECT_EQ(overviewLines(one.shown).size(), 1U) << vch({"overview"}).out;
+    }
+}
+
+// --- selfcheck --------------------------------------------------------------------------------------
+
+TEST_F(Server, TheSampleServersClassesAllConformWhileReadingsMove) {
+    sp::sql("UPDATE simulation SET Walk = 1; UPDATE sensor_reading SET Amplitude = 100");
+    environment["TMPDIR"] = folder + "/it's temporary";
+    std::filesystem::create_directory(environment["TMPDIR"]);
+    const std::string before = storeContent();
+    const Ended ended = vch({"selfcheck"});
+    EXPECT_EQ(ended.code, 0) << ended.out << ended.err;
+    EXPECT_EQ(ended.err, "");
+    const Lines lines = linesOf(ended.out);
+    EXPECT_EQ(lines.size(), linesOf(vch({"instance", "count"}).out).size()) << "as many as are served";
+    for (const std::string &line : lines)
+        EXPECT_EQ(line.substr(line.find(':')), ": ok") << line;
+    EXPECT_TRUE(storeContent() == before) << "the store has changed";
+    EXPECT_TRUE(std::filesystem::is_empty(environment["TMPDIR"])) << "the copy of the store is gone";
+}
+
+TEST_F(Server, OnlyTheClassesThatAreMeantAreChecked) {
+    const struct {
+        Lines targets;
+        Lines classes;
+    } cases[] = {
+        {{"PowerSupply"}, {"PowerSupply"}},
+        {{"cim_powersupply"}, {"PowerSupply"}},
+        {{"PSRedundancySet", "Base*", "BaseServer"},
+         {"BaseServer", "BaseServerCapabilities", "PSRedundancySet"}},
+        {{"CIM_EnabledLogicalElementCapabilities"},
+         {"BaseServerCapabilities", "FanCapabilities", "PowerSupplyCapabilities"}},
+    };
+    for (const auto &one : cases) {
+        SCOPED_TRACE(testing::PrintToString(one.targets));
+        Lines arguments = one.targets;
+        arguments.insert(arguments.begin(), "selfcheck");
+        const Ended ended = vch(arguments);
+        EXPECT_EQ(ended.code, 0) << ended.err;
+        Lines expected;
+        for (const std::string &name : one.classes)
+            expected.push_back("TRV_oVTA" + name + ": ok");
+        EXPECT_EQ(linesOf(ended.out), expected);
+    }
+}
+
+TEST_F(Server, AFindingNamesClassPropertyAndCause) {
+    environment["VCH_MODULE"] = BROKEN_MODULE;
+    const Ended ended = vch({"selfcheck", "RegisteredProfile", "BaseServerCapabilities", "FanCapabilities"});
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.err, "vch: 3 of 3 classes don't conform\n");
+    const auto hasLine = [&](const std::string &start, const std::string &end) {
+        for (const std::string &line : linesOf(ended.out))
+            if (line.rfind(start, 0) == 0 && line.find(end) != std::string::npos)
+                return true;
+        return false;
+    };
+    EXPECT_TRUE(hasLine("TRV_oVTARegisteredProfile: 1 finding", "")) << ended.out;
+    EXPECT_TRUE(hasLine("  TRV_oVTARegisteredProfile.RegisteredVersion: ", "declared string")) << ended.out;
+    EXPECT_TRUE(hasLine("  TRV_oVTABaseServerCapabilities: enumerating names gives", "absent")) << ended.out;
+    EXPECT_TRUE(hasLine("  TRV_oVTABaseServerCapabilities: ", "can't be fetched: rc 6")) << ended.out;
+    EXPECT_TRUE(hasLine("  TRV_oVTAFanCapabilities: enumerating instances fails: rc ", "")) << ended.out;
+}
+
+TEST_F(Server, BadInputIsNamedAndLeavesTheStoreAsItWas) {
+    const struct {
+        Lines arguments;
+        int code;
+        const char *said;
+    } cases[] = {
+        {{"sp", "supply", "pull", "5"}, 2, "number 5: there are 1, 2, 3, 4"},
+        {{"sp", "supply", "plug", "0"}, 2, "number 0: there are 1, 2, 3, 4"},
+        {{"sp", "supply", "plug", "two"}, 2, "SLOT"},
+        {{"sp", "supply", "pull"}, 2, "SLOT"},
+        {{"sp", "supply"}, 2, "--help"},
+        {{"sp", "blade"}, 2, "--help"},
+        {{"sp", "agent", "perhaps"}, 2, "--help"},
+        {{"overview", "-o", "xml"}, 2, "table and json"},
+        {{"selfcheck", "PowerSuply"}, 1, "PowerSupply?"},
+        {{"selfcheck", "PowerSupply", "Nothing*"}, 2, "Nothing*"},
+        {{"selfcheck", "CIM_ConcreteJob"}, 2, "CIM_ConcreteJob"},
+    };
+    const std::string before = storeContent();
+    for (const auto &one : cases) {
+        SCOPED_TRACE(testing::PrintToString(one.arguments));
+        const Ended ended = vch(one.arguments);
+        EXPECT_EQ(ended.code, one.code);
+        EXPECT_EQ(ended.out, "");
+        EXPECT_EQ(linesOf(ended.err).size(), 1U) << ended.err;
+        EXPECT_NE(ended.err.find(one.said), std::string::npos) << ended.err;
+    }
+    EXPECT_TRUE(storeContent() == before) << "the store has changed";
+
+    environment["VCH_STORE"] = folder + "/missing";
+    for (const Lines &arguments : {Lines{"overview"},
+                                   {"selfcheck"},
+                                   {"sp", "supply", "pull", "1"},
+                                   {"sp", "blade", "on"},
+                                   {"sp", "agent", "connect"}}) {
+        const Ended ended = vch(arguments);
+        EXPECT_EQ(ended.code, 3) << arguments.front();
+        EXPECT_NE(ended.err.find("vch sp create"), std::string::npos) << ended.err;
+    }
+}
+
+TEST_F(Server, TheShellCompletesTheVerbsAndTheManPageTellsThem) {
+    const struct {
+        const char *words; // before the one that is completed
+        Lines choices;
+        const char *documented;
+    } cases[] = {
+        {"", {"overview", "selfcheck"}, ".B overview\n"},
+        {"sp", {"supply", "blade", "agent"}, "supply | blade | agent"},
+        {"sp supply", {"pull", "plug"}, "sp supply pull"},
+        {"sp blade", {"on", "off"}, "sp blade on"},
+        {"sp agent", {"connect", "disconnect"}, "sp agent connect"},
+        {"selfcheck PowerSupply", {"PowerSupply", "TRV_oVTAFan"}, "selfcheck "},
+        {"overview -o", {"json"}, "-o json"},
+    };
+    const std::string page = contentOf(MAN_PAGE), script = folder + "/script";
+    for (const auto &one : cases) {
+        SCOPED_TRACE(one.words);
+        std::ofstream(script) << "source '" COMPLETION "'\n"
+                              << "COMP_WORDS=('" VCH "' " << one.words << " '')\n"
+                              << "COMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n"
+                              << "_vch\n"
+                              << "printf '%s\\n' \"${COMPREPLY[@]}\" >'" << folder << "/choices'\n";
+        ASSERT_EQ(system(("bash '" + script + "'").c_str()), 0);
+        const Lines choices = linesOf(contentOf(folder + "/choices"));
+        for (const std::string &choice : one.choices) {
+            EXPECT_EQ(std::count(choices.begin(), choices.end(), choice), 1) << choice;
+        }
+        EXPECT_NE(page.find(one.documented), std::string::npos);
+    }
+}
+
+} // namespace

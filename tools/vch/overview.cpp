@@ -1,0 +1,364 @@
+#include "overview.h"
+
+#include "failure.h"
+#include "journal.h"
+#include "session.h"
+#include "targets.h"
+#include "text.h"
+
+#include <broker/broker.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <numeric>
+
+namespace {
+
+// --- Values for people
+
+// An array's texts that aren't empty, one after the other.
+std::string plain(const broker::Property &, const CMPIData &value) {
+    if (!CMIsArray(value)) {
+        return printable(broker::textOfValue(value));
+    }
+    std::vector<std::string> texts;
+    for (const CMPIData &element : broker::elementsOf(value)) {
+        texts.push_back(printable(broker::textOfValue(element)));
+    }
+    std::erase(texts, "");
+    return joined(texts);
+}
+
+std::string watts(const broker::Property &declared, const CMPIData &value) {
+    return plain(declared, value) + " W";
+}
+
+std::string onOrOff(const broker::Property &, const CMPIData &value) {
+    return value.value.boolean != 0 ? "on" : "off";
+}
+
+// What the declaration says of a code; the code itself where it says nothing.
+std::string meaning(const broker::Property &declared, const CMPIData &value) {
+    std::string code = broker::textOfValue(value);
+    const broker::Qualifier *codes = broker::findQualifier(declared.qualifiers, "ValueMap");
+    const broker::Qualifier *meanings = broker::findQualifier(declared.qualifiers, "Values");
+    for (size_t i = 0; codes != nullptr && meanings != nullptr && i < codes->values.size(); ++i) {
+        if (i < meanings->values.size() && codes->values[i] == code) {
+            return printable(meanings->values[i]);
+        }
+    }
+    return code;
+}
+
+// A number within a DMTF date-time, which has fields of digits at fixed places; -1 where there is another
+// character.
+int number(const std::string &text, size_t at, size_t length) {
+    int result = 0;
+    for (size_t i = at; i < at + length; ++i) {
+        if (text[i] < '0' || text[i] > '9') {
+            return -1;
+        }
+        result = result * 10 + (text[i] - '0');
+    }
+    return result;
+}
+
+constexpr size_t dateTimeLength = 25;
+constexpr size_t digits = 14;    // in front of the point
+constexpr size_t signPlace = 21; // '+' or '-' before the distance from UTC; ':' in an interval
+
+struct Interval {
+    int days, hours, minutes, seconds;
+};
+
+// False for what isn't an interval.
+bool parseInterval(const std::string &text, Interval &interval) {
+    if (text.size() != dateTimeLength || text[signPlace] != ':') {
+        return false;
+    }
+    interval = {number(text, 0, 8), number(text, 8, 2), number(text, 10, 2), number(text, 12, 2)};
+    return interval.days >= 0 && interval.hours >= 0 && interval.minutes >= 0 && interval.seconds >= 0;
+}
+
+// "1 d 2 h 5 min"
+std::string duration(const broker::Property &declared, const CMPIData &value) {
+    Interval interval;
+    if (!parseInterval(broker::textOfValue(value), interval)) {
+        return plain(declared, value);
+    }
+    const std::pair<int, const char *> parts[] = {
+        {interval.days, "d"}, {interval.hours, "h"}, {interval.minutes, "min"}, {interval.seconds, "s"}};
+    std::string text;
+    for (const auto &[amount, unit] : parts) {
+        if (amount > 0) {
+            text += fmt::format("{}{} {}", text.empty() ? "" : " ", amount, unit);
+        }
+    }
+    return text.empty() ? "0 s" : text;
+}
+
+// "2025-07-05 08:00:00 UTC+02:00"
+std::string moment(const broker::Property &declared, const CMPIData &value) {
+    const std::string text = broker::textOfValue(value);
+    const bool isMoment = text.size() == dateTimeLength && text[signPlace] != ':' &&
+                          text.find_first_not_of("0123456789") == digits;
+    const int offset = isMoment ? number(text, signPlace + 1, 3) : -1;
+    if (offset < 0) {
+        return plain(declared, value);
+    }
+    return fmt::format("{}-{}-{} {}:{}:{} UTC{}", text.substr(0, 4), text.substr(4, 2), text.substr(6, 2),
+                       text.substr(8, 2), text.substr(10, 2), text.substr(12, 2),
+                       offset == 0 ? ""
+                                   : fmt::format("{}{:02}:{:02}", text[signPlace], offset / 60, offset % 60));
+}
+
+constexpr char never[] = "never";
+constexpr int daysOfNever = 99'999'999;
+
+// "07:00" for an interval since midnight; other values as they are.
+std::string ofDay(const CMPIData &value) {
+    const std::string text = broker::textOfValue(value);
+    Interval time;
+    if (!parseInterval(text, time)) {
+        return printable(text);
+    }
+    return time.days == daysOfNever ? never : fmt::format("{:02}:{:02}", time.hours, time.minutes);
+}
+
+// "Mon-Thu 22:00, Fri 18:00": the days of an array of seven, Sunday first, that have something.
+std::string week(const broker::Property &declared, const CMPIData &value) {
+    constexpr const char *days[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+    const std::vector<CMPIData> elements = broker::elementsOf(value);
+    if (elements.size() != std::size(days)) {
+        return plain(declared, value);
+    }
+    std::vector<std::string> runs;
+    for (size_t first = 0, next = 0; first < elements.size(); first = next) {
+        const std::string text = ofDay(elements[first]);
+        for (next = first + 1; next < elements.size() && ofDay(elements[next]) == text; ++next) {
+        }
+        if (text != never) {
+            runs.push_back(next - first == 1 ? fmt::format("{} {}", days[first], text)
+                                             : fmt::format("{}-{} {}", days[first], days[next - 1], text));
+        }
+    }
+    return runs.empty() ? never : joined(runs);
+}
+
+// --- What is shown
+
+constexpr Grade healthStates[] = {
+    {5, Health::Good}, {10, Health::Warning}, {15, Health::Warning},
+    {20, Health::Bad}, {25, Health::Bad},     {30, Health::Bad},
+};
+constexpr Grade redundancyStates[] = {
+    {2, Health::Good}, {3, Health::Warning}, {4, Health::Bad}, {5, Health::Bad}};
+
+constexpr OverviewRow server[] = {
+    {"Name", "ElementName", plain},
+    {"Model", "Caption", plain},
+    {"Serial number", "Name", plain},
+    {"Location", "UnitLocation", plain},
+    {"Contact", "PrimaryOwnerContact", plain},
+    {"Power state", "EnabledState", meaning},
+    {"Health", "HealthState", meaning, healthStates},
+    {"Last boot", "LastBootTime", moment},
+    {"Address", "ManagementIPAddress", plain},
+    {"Web interface", "AdminURLDNS", plain},
+};
+constexpr OverviewRow powerSupplies[] = {
+    {"Unit", "DeviceID", plain},           {"Health", "HealthState", meaning, healthStates},
+    {"Status", "Status", plain},           {"Detail", "DetailedStatus", meaning},
+    {"Output", "TotalOutputPower", watts},
+};
+constexpr OverviewRow redundancy[] = {
+    {"Status", "RedundancyStatus", meaning, redundancyStates},
+    {"Kind", "OtherTypeOfSet", plain},
+    {"Units needed", "MinNumberNeeded", plain},
+    {"Units with spare", "MaxNumberSupported", plain},
+};
+constexpr OverviewRow powerConsumption[] = {
+    {"Monitoring", "ConfPowerMonitoringEnable", onOrOff},
+    {"Control mode", "ConfPowerControlMode", plain},
+    {"Dynamic limit", "ConfDynPowerLimitEnable", onOrOff},
+    {"Limit", "ConfPowerLimitModeValue", plain},
+    {"Warning threshold", "ConfPowerLimitModeThreshold", plain},
+    {"Limit exceeded for", "ConfPowerLimitModePeriod", duration},
+    {"Limit action", "ConfPowerLimitModeAction", plain},
+    {"First mode", "ConfPowerControlScheduleMode1", week},
+    {"First mode from", "ConfPowerControlScheduleTime1", week},
+    {"Second mode", "ConfPowerControlScheduleMode2", week},
+    {"Second mode from", "ConfPowerControlScheduleTime2", week},
+};
+constexpr OverviewRow powerManagement[] = {
+    {"Restore policy", "PowerRestorePolicy", meaning},
+    {"Schedule", "PowerScheduleEnable", onOrOff},
+    {"Powers on", "ConfServerOnTime", week},
+    {"Powers off", "ConfServerOffTime", week},
+    {"Announced before on", "ConfPowerOnTrapPremonitionTime", duration},
+    {"Announced before off", "ConfPowerOffTrapPremonitionTime", duration},
+};
+
+constexpr OverviewSection sections[] = {
+    {"server", "Server", "BaseServer", false, server},
+    {"powerSupplies", "Power supplies", "PowerSupply", true, powerSupplies},
+    {"redundancy", "Redundancy", "PSRedundancySet", false, redundancy},
+    {"powerConsumption", "Power consumption", "PowerConsumptionConfigSettings", false, powerConsumption},
+    {"powerManagement", "Power management", "PowerManagementConfigSettings", false, powerManagement},
+};
+
+OverviewAnswer ask(const Session &session, const OverviewSection &section) {
+    OverviewAnswer answer = {&section};
+    std::vector<const char *> properties;
+    for (const OverviewRow &row : section.rows) {
+        properties.push_back(row.property);
+    }
+    properties.push_back(nullptr);
+    try {
+        const CMPIObjectPath *path = resolvePath(session, section.className);
+        answer.cls = &classOf(session, path);
+        broker::Answer given = broker::enumerateInstances(*session.request, path, properties.data());
+        if (given.rc != CMPI_RC_OK) {
+            throw cimFailure(given.rc, given.message);
+        }
+        answer.instances = std::move(given.instances);
+    } catch (const Failure &failure) {
+        answer.error = failure.message;
+    }
+    return answer;
+}
+
+// --- Lines for people
+
+struct Cell {
+    std::string text;
+    Health health = Health::Unknown;
+};
+
+Cell cellOf(const OverviewRow &row, const broker::Class &cls, const CMPIInstance *instance) {
+    CMPIStatus status = {CMPI_RC_OK, nullptr};
+    const CMPIData value = CMGetProperty(instance, row.property, &status);
+    const broker::Property *declared = broker::findProperty(cls, row.property);
+    if (status.rc != CMPI_RC_OK || CMIsNullValue(value) || declared == nullptr) {
+        return {"-"};
+    }
+    const auto grade =
+        std::ranges::find_if(row.grades, [code = broker::textOfValue(value)](const Grade &one) {
+            return std::to_string(one.code) == code;
+        });
+    return {row.show(*declared, value), grade == row.grades.end() ? Health::Unknown : grade->health};
+}
+
+std::string colouredCell(const Cell &cell, size_t width) {
+    return coloured(cell.text, cell.health) + std::string(width - columns(cell.text), ' ');
+}
+
+constexpr char indent[] = "  ";
+constexpr size_t gap = 2;
+
+using Cells = std::vector<Cell>;
+
+// Columns of the widest cells, with the gap behind them.
+std::vector<size_t> widthsOf(const std::vector<Cells> &lines) {
+    std::vector<size_t> widths;
+    for (const Cells &line : lines) {
+        widths.resize(std::max(widths.size(), line.size()));
+        for (size_t i = 0; i < line.size(); ++i) {
+            widths[i] = std::max(widths[i], columns(line[i].text) + gap);
+        }
+    }
+    return widths;
+}
+
+bool fits(const std::vector<Cells> &lines) {
+    const std::vector<size_t> widths = widthsOf(lines);
+    return columns(indent) + std::accumulate(widths.begin(), widths.end(), size_t{0}) <= outputWidth() + gap;
+}
+
+std::string aligned(const std::vector<Cells> &lines) {
+    const std::vector<size_t> widths = widthsOf(lines);
+    std::string text;
+    for (const Cells &line : lines) {
+        std::string printed = indent;
+        for (size_t i = 0; i < line.size(); ++i) {
+            printed += colouredCell(line[i], widths[i]);
+        }
+        text += withoutTrailingBlanks(printed) + "\n";
+    }
+    return text;
+}
+
+// A line for each instance, under the labels.
+std::string table(const OverviewAnswer &answer) {
+    std::vector<Cells> lines(1);
+    for (const OverviewRow &row : answer.section->rows) {
+        lines.front().push_back({row.label});
+    }
+    for (const CMPIInstance *instance : answer.instances) {
+        lines.emplace_back();
+        for (const OverviewRow &row : answer.section->rows) {
+            lines.back().push_back(cellOf(row, *answer.cls, instance));
+        }
+    }
+    return aligned(lines);
+}
+
+// Labels and values, the second half beside the first where there is room.
+std::string block(const OverviewAnswer &answer, const CMPIInstance *instance) {
+    const std::span<const OverviewRow> rows = answer.section->rows;
+    const size_t half = (rows.size() + 1) / 2;
+    std::vector<Cells> single, twofold(half);
+    for (size_t i = 0; i < rows.size(); ++i) {
+        const Cells pair = {{rows[i].label}, cellOf(rows[i], *answer.cls, instance)};
+        single.push_back(pair);
+        Cells &line = twofold[i % half];
+        line.insert(line.end(), pair.begin(), pair.end());
+    }
+    return aligned(fits(twofold) ? twofold : single);
+}
+
+} // namespace
+
+std::string overviewText(const std::vector<OverviewAnswer> &answers) {
+    std::string text;
+    for (const OverviewAnswer &answer : answers) {
+        const std::string title = emphasized(answer.section->title);
+        if (!answer.error.empty()) {
+            text += title + ": " + coloured(printable(answer.error), Health::Bad) + "\n";
+        } else if (answer.instances.empty()) {
+            text += title + ": none\n";
+        } else {
+            text += title + "\n";
+            if (answer.section->isTable) {
+                text += table(answer);
+                continue;
+            }
+            for (const CMPIInstance *instance : answer.instances) {
+                text += block(answer, instance);
+            }
+        }
+    }
+    return text;
+}
+
+void printOverview(const OverviewOptions &options) {
+    if (options.format->overview == nullptr) {
+        throw noFormFailure(options.format->name, "the overview");
+    }
+    requireServiceProcessor();
+    const Session session = openSession(options.nameSpace, options.user);
+    const Journal journal = startJournal(options.journal);
+    std::vector<OverviewAnswer> answers;
+    for (const OverviewSection &section : sections) {
+        answers.push_back(ask(session, section));
+    }
+    fmt::print("{}", options.format->overview(answers));
+    const auto failed =
+        std::ranges::count_if(answers, [](const auto &answer) { return !answer.error.empty(); });
+    if (failed > 0) {
+        throw Failure{CimError,
+                      fmt::format("{} of {} classes failed; what they answered stands in their places",
+                                  failed, answers.size())};
+    }
+}

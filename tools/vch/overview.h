@@ -1,0 +1,57 @@
+#pragma once
+
+#include "output.h"
+#include "terminal.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+/** What the overview takes from the command line. */
+struct OverviewOptions {
+    std::string nameSpace; ///< empty: the broker's
+    std::string user;      ///< on whose behalf; the class library acts for it
+    const OutputFormat *format = outputFormats[0];
+    bool journal = false; ///< print the back-end calls on standard error
+};
+
+/** A code of a property, and how well something is that has it. */
+struct Grade {
+    unsigned code;
+    Health health;
+};
+
+/** A property in the overview. */
+struct OverviewRow {
+    const char *label;
+    const char *property;
+    /** Text for people, of a value that isn't NULL. */
+    std::string (*show)(const broker::Property &declared, const CMPIData &value);
+    std::span<const Grade> grades = {}; ///< colours of its codes
+};
+
+/** A class in the overview. */
+struct OverviewSection {
+    const char *name;  ///< for programs
+    const char *title; ///< for people
+    const char *className;
+    bool isTable; ///< a line for each instance, instead of labels and values
+    std::span<const OverviewRow> rows;
+};
+
+/** What a section's class answered. */
+struct OverviewAnswer {
+    const OverviewSection *section;
+    const broker::Class *cls = nullptr; ///< null where it isn't declared
+    std::vector<CMPIInstance *> instances = {};
+    std::string error = {}; ///< why there are no instances; empty when the class answered
+};
+
+/**
+ * Prints the server, its power supplies and its power settings, as their classes tell them. A class that
+ * fails doesn't keep the others from being printed; a Failure then says how many did.
+ */
+void printOverview(const OverviewOptions &options);
+
+/** The overview for people: labels and values, coloured by health on a terminal. */
+std::string overviewText(const std::vector<OverviewAnswer> &answers);
