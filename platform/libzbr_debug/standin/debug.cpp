@@ -34,7 +34,8 @@ std::atomic<uint32_t> mask = ZBR_DEBUG_FAILURE;
 
 // Held only while descriptors and destination are looked after, never while a hook runs: a hook may trace.
 std::mutex lock;
-std::vector<ZbrDebugDescriptor *> descriptors;
+// Never destroyed: the notification thread may reload the mask while the process ends.
+auto &descriptors = *new std::vector<ZbrDebugDescriptor *>;
 bool started = false;
 std::string destination_name;
 
@@ -59,6 +60,11 @@ void take_destination() {
     }
     // The file of before stays open: another thread may be writing to it.
     destination = next < 0 && next != Syslog ? Nowhere : next;
+}
+
+/// A descriptor's name, which its library may be storing right now.
+const char *name_of(ZbrDebugDescriptor *descriptor) {
+    return descriptor == nullptr ? nullptr : std::atomic_ref(descriptor->name).load();
 }
 
 /// Tells all components whether a line of theirs can be written at all.
@@ -140,7 +146,7 @@ void append_time(Line &line) {
 void zbr_debuginit(ZbrDebugDescriptor *descriptor) {
     bool first = false;
     bool traces = false;
-    call("zbr_debuginit", {descriptor != nullptr ? descriptor->name : nullptr}, [&] {
+    call("zbr_debuginit", {name_of(descriptor)}, [&] {
         if (descriptor == nullptr) {
             return;
         }
@@ -174,9 +180,9 @@ void zbr_debugvout(ZbrDebugDescriptor *descriptor, int level, const char *file, 
         if (out != Syslog) {
             append_time(whole);
         }
-        whole.append(
-            "%s %s %s:%d: ", descriptor != nullptr && descriptor->name != nullptr ? descriptor->name : "-",
-            level_word(level), file != nullptr ? file : "-", line);
+        const char *name = name_of(descriptor);
+        whole.append("%s %s %s:%d: ", name != nullptr ? name : "-", level_word(level),
+                     file != nullptr ? file : "-", line);
         const size_t start = whole.length;
         whole.append_arguments(format, arguments);
         make_one_line(whole, start);
