@@ -12,7 +12,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     if (size < 2) {
         return 0;
     }
-    const int index = static_cast<std::int8_t>(data[0]);
+    const int index = data[0] < 0x80 ? data[0] : data[0] - 0x100; // negative ones too
     const int room = data[1];
     const std::string_view bytes = textOf(data + 2, size - 2);
     const std::string text(bytes.substr(0, bytes.find('\0')));

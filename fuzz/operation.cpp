@@ -164,6 +164,7 @@ bool run(std::string_view text) {
             }
         }
         std::vector<const char *> list;
+        list.reserve(properties.size() + 1);
         for (const std::string &name : properties) {
             list.push_back(name.c_str());
         }

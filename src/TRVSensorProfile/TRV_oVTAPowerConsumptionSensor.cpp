@@ -117,7 +117,7 @@ int PH_OEM_Enum_PowerConsumptionSensor_Instance(R **records, int *count, int nam
          .clean = PH_OEM_Clean_PowerConsumptionSensor,
          .systemName = GetHostSystemName},
         compactCount + fullCount, records, count, namesOnly,
-        [=](int i) -> const char(&)[256] {
+        [=](int i) -> const auto & {
             if (i < compactCount) {
                 return compactRows[i].SensorName;
             }
