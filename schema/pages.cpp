@@ -1,6 +1,8 @@
 // Reference pages, in Markdown.
 #include "parts.h"
 
+#include <filesystem>
+
 namespace generator {
 
 namespace {
@@ -25,8 +27,7 @@ std::string code(const std::string &text) {
 
 // A source file's folder is its profile.
 std::string profileOf(const ClassTable &table) {
-    const std::string file = table.record.file;
-    return file.substr(0, file.find('/'));
+    return std::filesystem::path(table.record.file).parent_path().filename().string();
 }
 
 std::string operationsOf(const ClassTable &table) {

@@ -110,15 +110,14 @@ void TakeRow(R &record, const HostComputerSystemRow &row) {
 }
 
 // The record with its head; NULL, with *failed telling whether that is a failure.
-R *ReadHost(int namesOnly, bool *failed) {
+R *ReadHost(void *library, int namesOnly, bool *failed) {
     *failed = false;
-    const LibraryOwner library{dlopen(VCH_CLASS_HELPER, RTLD_LAZY)};
     auto *enumerate = library == nullptr ? nullptr
                                          : reinterpret_cast<PH_Enum_All_HostComputerSystemFunction *>(
-                                               dlsym(library.get(), "PH_Enum_All_HostComputerSystem"));
+                                               dlsym(library, "PH_Enum_All_HostComputerSystem"));
     auto *clean = enumerate == nullptr ? nullptr
                                        : reinterpret_cast<PH_Clean_HostComputerSystemFunction *>(
-                                             dlsym(library.get(), "PH_Clean_HostComputerSystem"));
+                                             dlsym(library, "PH_Clean_HostComputerSystem"));
     if (clean == nullptr) {
         TRACE(TraceFailure, "dlopen/dlsym failed errno=%d", errno);
         return nullptr;
@@ -521,8 +520,9 @@ int PH_OEM_Enum_BaseServer_Instance(R **records, int *count, int namesOnly) {
     TRACE(TraceProgress, "Entering %s", __func__);
     *records = nullptr;
     *count = 0;
+    const LibraryOwner library{dlopen(VCH_CLASS_HELPER, RTLD_LAZY)}; // open until the record is whole
     bool failed = false;
-    R *record = ReadHost(namesOnly, &failed);
+    R *record = ReadHost(library.get(), namesOnly, &failed);
     if (record == nullptr) {
         return failed ? -1 : 0;
     }

@@ -122,8 +122,7 @@ int PH_OEM_Enum_Fan_Instance(R **records, int *count, int namesOnly) {
     *count = 0;
     std::uint32_t handle = 0;
     const OEMDBOwner handleOwner{&handle};
-    if (PH_OEM_InitOEMDB(&handle) != 0) {
-        TRACE(TraceFailure, "Failed to create handle for OEM DB Access");
+    if (!OpenOEMDB(&handle)) {
         return -1;
     }
     FanRow *rows = nullptr;

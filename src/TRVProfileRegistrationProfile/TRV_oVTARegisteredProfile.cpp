@@ -66,8 +66,7 @@ int PH_OEM_Enum_RegisteredProfile_Instance(R **records, int *count, int namesOnl
     TRACE(TraceProgress, "Entering %s", __func__);
     std::uint32_t handle = 0;
     const OEMDBOwner handleOwner{&handle};
-    if (PH_OEM_InitOEMDB(&handle) != 0) {
-        TRACE(TraceFailure, "Failed to create handle for OEM DB Access");
+    if (!OpenOEMDB(&handle)) {
         return -1;
     }
     Row *rows = nullptr;

@@ -61,19 +61,20 @@ void SetThresholds(NumericSensorRecord &record, const char *codes) {
     FillValueList("EnabledThresholds", codes, record.EnabledThresholds, std::size(record.EnabledThresholds));
 }
 
-void FillPossibleStates(NumericSensorRecord &record, int (*number)(),
-                        void (*text)(int index, char *text, int size), std::size_t size) {
-    constexpr int slots = std::size(NumericSensorRecord{}.PossibleStates);
-    const int states = std::min(slots, number());
-    for (int i = 0; i < states; ++i) {
-        auto *slot = static_cast<char *>(std::calloc(1, size));
-        if (slot == nullptr) {
+void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &states) {
+    int number = states.number();
+    for (int i = 0; i < number && i < static_cast<int>(std::size(record.PossibleStates)); ++i) {
+        auto *slot = static_cast<char *>(std::calloc(1, static_cast<std::size_t>(states.size)));
+        if (slot != nullptr) {
+            states.text(i, slot, states.size);
+            slot[states.size - 1] = '\0';
+            record.PossibleStates[i] = slot;
+        } else {
             TRACE(TraceFailure, "Memory Allocation Failed for PossibleStates");
-            continue;
         }
-        text(i, slot, static_cast<int>(size));
-        slot[size - 1] = '\0';
-        record.PossibleStates[i] = slot;
+        if (states.numberPerText) {
+            number = states.number();
+        }
     }
 }
 
@@ -108,10 +109,12 @@ int GetFullSdrs(int sensorType, int entityId, FullSdrRow **rows, int *count) {
     *count = 0;
     std::uint32_t handle = 0;
     const OEMDBOwner handleOwner{&handle};
-    if (PH_OEM_InitOEMDB(&handle) != 0) {
-        TRACE(TraceFailure, "Failed to create handle for OEM DB Access");
-        return -1;
-    }
+    return OpenOEMDB(&handle) ? GetFullSdrs(handle, sensorType, entityId, rows, count) : -1;
+}
+
+int GetFullSdrs(std::uint32_t handle, int sensorType, int entityId, FullSdrRow **rows, int *count) {
+    *rows = nullptr;
+    *count = 0;
     if (zbr_oemdb_get_specific_full_sdrs(handle, sensorType, entityId, count, rows) == 1) {
         TRACE(TraceFailure, "Failed in zbr_oemdb_get_specific_full_sdrs");
         std::free(*rows);

@@ -60,10 +60,17 @@ void SetKind(NumericSensorRecord &record, const SensorKind &kind);
 // Supported and enabled thresholds, from the text that tells their codes: "1, 3".
 void SetThresholds(NumericSensorRecord &record, const char *codes);
 
-// The texts of the possible states, each a heap block of the record's; `size` is the room for one. A text for
-// which there is no memory stays out, with a trace line.
-void FillPossibleStates(NumericSensorRecord &record, int (*number)(),
-                        void (*text)(int index, char *text, int size), std::size_t size);
+// Where the texts of a class's possible states come from.
+struct PossibleStates {
+    int (*number)();
+    void (*text)(int index, char *text, int size);
+    int size;                   // room for one text
+    bool numberPerText = false; // the number is asked anew before each text
+};
+
+// The texts of the possible states, each a heap block of the record's. A text for which there is no memory
+// stays out, with a trace line.
+void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &states);
 
 // Frees the texts of a list of 64.
 void FreeTexts(char *(&texts)[64]);
@@ -103,15 +110,17 @@ std::int32_t ConvertReading(std::uint8_t reading, const FullSdrRow &row);
 template <typename R> struct SensorEnumeration {
     const char *className;
     void (*clean)(R **records, int count);
-    int (*systemName)(char *name, int size) = PH_OEM_GetBaseServerName; // 0, or -1 on failure
     bool sessionForNames = true;
 };
 
 // One record for each of `rowCount` rows. `nameAt(i)` gives the text field with a sensor's name and
-// `fill(session, i, record)` everything but the keys, where it is wanted. 0, or -1 on failure.
-template <typename R, typename NameAt, typename Fill>
+// `fill(session, i, record)` everything but the keys, where it is wanted; `getSystemName(name, size)` gives
+// the name of the system that has the sensors, and 0, or -1 on failure. 0, or -1 on failure.
+template <typename R, typename NameAt, typename Fill,
+          typename GetSystemName = decltype(&PH_OEM_GetBaseServerName)>
 int EnumerateSensors(const SensorEnumeration<R> &enumeration, int rowCount, R **records, int *count,
-                     int namesOnly, NameAt nameAt, Fill fill) {
+                     int namesOnly, NameAt nameAt, Fill fill,
+                     GetSystemName getSystemName = PH_OEM_GetBaseServerName) {
     struct Sensors {
         R *block;
         int count;
@@ -131,7 +140,7 @@ int EnumerateSensors(const SensorEnumeration<R> &enumeration, int rowCount, R **
         ClearLists(SensorOf(sensors.block[i]));
     }
     char systemName[256] = "";
-    if (enumeration.systemName(systemName, sizeof systemName) != 0) {
+    if (getSystemName(systemName, sizeof systemName) != 0) {
         return -1;
     }
     IpmiSession session{};
@@ -189,7 +198,8 @@ template <typename Row> int UsedRows(const Row *rows, int count) {
 }
 
 // The full SDRs of a sensor type and entity (255 for any), for the caller to free. 0, or -1 with no rows on
-// failure.
+// failure. The second opens a handle of its own.
+int GetFullSdrs(std::uint32_t handle, int sensorType, int entityId, FullSdrRow **rows, int *count);
 int GetFullSdrs(int sensorType, int entityId, FullSdrRow **rows, int *count);
 
 // clang-format off

@@ -34,7 +34,9 @@ constexpr Property<R> properties[] = {
 };
 
 constexpr SensorKind kind = {.sensorType = 5, .enabledState = 5, .baseUnits = 19, .unitModifier = 0};
-constexpr std::size_t state_size = 64;
+constexpr PossibleStates possible_states = {.number = Zbr_CimIpmi_GetFanSensorNumOfPossibleState,
+                                            .text = Zbr_CimIpmi_GetFanSensorPossibleState,
+                                            .size = 64};
 
 constexpr int fan_type = 4;
 constexpr int fan_entity = 29;
@@ -66,8 +68,7 @@ bool ReadTables(FanTables &tables) {
     constexpr int any_entity = 255;
     std::uint32_t handle = 0;
     const OEMDBOwner handleOwner{&handle};
-    if (PH_OEM_InitOEMDB(&handle) != 0) {
-        TRACE(TraceFailure, "Failed to create handle for OEM DB Access");
+    if (!OpenOEMDB(&handle)) {
         return false;
     }
     if (zbr_oemdb_get_specific_full_sdrs(handle, fan_type, any_entity, &tables.fullCount, &tables.full) ==
@@ -197,8 +198,7 @@ void FillRecord(IpmiSession *session, const FanSensorRow &row, R &record) {
     NumericSensorRecord &sensor = record.sensor;
     SetSensorName(sensor);
     SetKind(sensor, kind);
-    FillPossibleStates(sensor, Zbr_CimIpmi_GetFanSensorNumOfPossibleState,
-                       Zbr_CimIpmi_GetFanSensorPossibleState, state_size);
+    FillPossibleStates(sensor, possible_states);
     SetWell(sensor);
     sensor.CurrentReading = ConvertReading(ReadRaw(session, row.full), row.full);
     record.Quality = ReadQuality(session, row.full.SensorNumber);
@@ -298,7 +298,8 @@ constexpr ModifyTable modify = {
               .refused = {CMPI_RC_ERR_FAILED, "Invalid Property: %s "},
               .noSession = failed,
               .unreadable = failed,
-              .unwritable = {CMPI_RC_ERR_FAILED, "failed to get the instance id for the target instance"}},
+              .unwritable = {CMPI_RC_ERR_FAILED, "failed to get the instance id for the target instance"},
+              .badPath = failed},
 };
 
 // The entity instance of the system's fan whose name begins with the given one; false when there is none.
@@ -363,17 +364,6 @@ CMPIStatus PH_OEM_MI_FanSensor(const CMPIBroker *broker, void *, const CMPIConte
                                const CMPIObjectPath *cop, const CMPIInstance *inst, const char **wanted) {
     TRACE(TraceProgress, "Entering %s", __func__);
     Modification modification{FanSensorClass, modify, broker, inst};
-    CMPIString *keyValues[max_keys] = {};
-    const char *names[max_keys];
-    if (PH_OEM_CheckForValidObjectPath(broker, cop, KeyNames(FanSensorClass, names), keyValues,
-                                       static_cast<int>(FanSensorClass.record.keys.size()),
-                                       &modification.status) != 0) {
-        Refuse(modification, failed);
-        return modification.status;
-    }
-    constexpr std::size_t device_id = 3; // in the key list
-    const char *deviceId =
-        keyValues[device_id] == nullptr ? nullptr : CMGetCharsPtr(keyValues[device_id], nullptr);
     ModifiablePropertyList changes{};
     if (!SortChanges(modification, ctx, cop, wanted, changes) || changes.count < 1) {
         return modification.status;
@@ -381,10 +371,12 @@ CMPIStatus PH_OEM_MI_FanSensor(const CMPIBroker *broker, void *, const CMPIConte
     IpmiSession session{};
     const SessionOwner sessionOwner{&session};
     if (OpenSession(modification, &session)) {
+        constexpr std::size_t device_id = 3; // in the key list
+        const CMPIString *deviceId = modification.keyValues[device_id];
         if (deviceId == nullptr) {
             Refuse(modification, no_instance_id);
         } else {
-            WriteChanges(modification, &session, changes, deviceId);
+            WriteChanges(modification, &session, changes, CMGetCharsPtr(deviceId, nullptr));
         }
     }
     return modification.status;

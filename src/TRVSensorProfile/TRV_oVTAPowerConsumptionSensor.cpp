@@ -24,11 +24,13 @@ constexpr Property<R> properties[] = {
 };
 
 constexpr SensorKind kind = {.sensorType = 13, .enabledState = 5, .baseUnits = 7, .unitModifier = 0};
-constexpr std::size_t state_size = 64;
+constexpr PossibleStates possible_states = {.number = Zbr_CimIpmi_GetPwlSensorNumOfPossibleState,
+                                            .text = Zbr_CimIpmi_GetPwlSensorPossibleState,
+                                            .size = 64};
 
-// The host system's name.
-int GetHostSystemName(char *name, int size) {
-    const LibraryOwner library{OpenLibrary(VCH_CLASS_HELPER)};
+// The host system's name, from the helper library, which stays open for its owner to close.
+int GetHostSystemName(LibraryOwner &library, char *name, int size) {
+    library.reset(OpenLibrary(VCH_CLASS_HELPER));
     if (library == nullptr) {
         return -1;
     }
@@ -49,8 +51,7 @@ void FillCommon(R &record) {
     SetKind(record, kind);
     SetThresholds(record, "1, 3");
     SetWell(record);
-    FillPossibleStates(record, Zbr_CimIpmi_GetPwlSensorNumOfPossibleState,
-                       Zbr_CimIpmi_GetPwlSensorPossibleState, state_size);
+    FillPossibleStates(record, possible_states);
 }
 
 void FillFromCompact(IpmiSession *session, const CompactSdrRow &row, R &record) {
@@ -68,69 +69,74 @@ void FillFromFull(IpmiSession *session, const FullSdrRow &row, R &record) {
     SetText(record.CurrentState, "Normal");
 }
 
-// The compact SDRs of power levels. 0, or -1 on failure.
-int GetPowerLevelRows(CompactSdrRow **rows, int *count) {
+// The rows of both kinds, for the caller to free; without compact ones the full ones aren't asked for. 0, or
+// -1 on failure.
+struct PowerRows {
+    CompactSdrRow *compact;
+    FullSdrRow *full;
+    int compactCount;
+    int fullCount;
+};
+int GetPowerRows(PowerRows &rows) {
     constexpr int power_level = 221;
+    constexpr int other_units_based = 11;
     constexpr int any_entity = 255;
     std::uint32_t handle = 0;
     const OEMDBOwner handleOwner{&handle};
-    if (PH_OEM_InitOEMDB(&handle) != 0) {
-        TRACE(TraceFailure, "Failed to create handle for OEM DB Access");
+    if (!OpenOEMDB(&handle)) {
         return -1;
     }
-    if (zbr_oemdb_get_specific_compact_sdrs_ex(handle, power_level, any_entity, 0, count, rows) == 1) {
+    if (zbr_oemdb_get_specific_compact_sdrs_ex(handle, power_level, any_entity, 0, &rows.compactCount,
+                                               &rows.compact) == 1) {
         TRACE(TraceFailure, "Failed in zbr_oemdb_get_specific_compact_sdrs_ex");
         return -1;
     }
-    return 0;
+    rows.compactCount = UsedRows(rows.compact, rows.compactCount);
+    if (rows.compactCount < 1) {
+        return 0;
+    }
+    const int result = GetFullSdrs(handle, other_units_based, any_entity, &rows.full, &rows.fullCount);
+    rows.fullCount = UsedRows(rows.full, rows.fullCount);
+    return result;
 }
 
 } // namespace
 
 int PH_OEM_Enum_PowerConsumptionSensor_Instance(R **records, int *count, int namesOnly) {
-    constexpr int other_units_based = 11;
-    constexpr int any_entity = 255;
     TRACE(TraceProgress, "Entering %s", __func__);
     *records = nullptr;
     *count = 0;
-    CompactSdrRow *compactRows = nullptr;
-    int compactCount = 0;
-    const int result = GetPowerLevelRows(&compactRows, &compactCount);
-    const Block<CompactSdrRow> compactOwner{compactRows};
+    PowerRows rows{};
+    const int result = GetPowerRows(rows);
+    const Block<CompactSdrRow> compactOwner{rows.compact};
+    const Block<FullSdrRow> fullOwner{rows.full};
     if (result != 0) {
         return -1;
     }
-    compactCount = UsedRows(compactRows, compactCount);
-    if (compactCount < 1) {
+    if (rows.compactCount < 1) {
         TRACE(TraceProgress, "No records from DB");
         return 0;
     }
-    FullSdrRow *fullRows = nullptr;
-    int fullCount = 0;
-    if (GetFullSdrs(other_units_based, any_entity, &fullRows, &fullCount) != 0) {
-        return -1;
-    }
-    const Block<FullSdrRow> fullOwner{fullRows};
-    fullCount = UsedRows(fullRows, fullCount);
+    LibraryOwner library;
+    const auto systemName = [&](char *name, int size) { return GetHostSystemName(library, name, size); };
     return EnumerateSensors<R>(
-        {.className = "TRV_oVTAPowerConsumptionSensor",
-         .clean = PH_OEM_Clean_PowerConsumptionSensor,
-         .systemName = GetHostSystemName},
-        compactCount + fullCount, records, count, namesOnly,
+        {.className = "TRV_oVTAPowerConsumptionSensor", .clean = PH_OEM_Clean_PowerConsumptionSensor},
+        rows.compactCount + rows.fullCount, records, count, namesOnly,
         [=](int i) -> const auto & {
-            if (i < compactCount) {
-                return compactRows[i].SensorName;
+            if (i < rows.compactCount) {
+                return rows.compact[i].SensorName;
             }
-            return fullRows[i - compactCount].SensorName;
+            return rows.full[i - rows.compactCount].SensorName;
         },
         [=](IpmiSession *session, int i, R &record) {
             FillCommon(record);
-            if (i < compactCount) {
-                FillFromCompact(session, compactRows[i], record);
+            if (i < rows.compactCount) {
+                FillFromCompact(session, rows.compact[i], record);
             } else {
-                FillFromFull(session, fullRows[i - compactCount], record);
+                FillFromFull(session, rows.full[i - rows.compactCount], record);
             }
-        });
+        },
+        systemName);
 }
 
 void PH_OEM_Clean_PowerConsumptionSensor(R **records, int count) {

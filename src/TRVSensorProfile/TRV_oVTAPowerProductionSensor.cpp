@@ -23,6 +23,10 @@ constexpr Property<R> properties[] = {
 
 constexpr std::int32_t thresholds_of_kind[] = {1, 3, 5};
 constexpr SensorKind kind = {.sensorType = 14, .enabledState = 5, .baseUnits = 7, .unitModifier = 0};
+constexpr PossibleStates possible_states = {.number = Zbr_CimIpmi_GetPPSensorNumOfPossibleState,
+                                            .text = Zbr_CimIpmi_GetPPSensorPossibleState,
+                                            .size = 256,
+                                            .numberPerText = true};
 
 void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     SetSensorName(record);
@@ -43,8 +47,7 @@ void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
         TRACE(TraceFailure, "Failed in ZBR_CIM_GetFullSensorReading");
         SetText(record.CurrentState, "Unknown");
     }
-    FillPossibleStates(record, Zbr_CimIpmi_GetPPSensorNumOfPossibleState,
-                       Zbr_CimIpmi_GetPPSensorPossibleState, 256);
+    FillPossibleStates(record, possible_states);
     record.UpperThresholdNonCritical = ConvertReading(row.UpperThresholdNonCritical, row);
     record.UpperThresholdCritical = ConvertReading(row.UpperThresholdCritical, row);
     record.UpperThresholdFatal = ConvertReading(row.UpperThresholdNonRecoverable, row);

@@ -20,15 +20,16 @@ constexpr Property<R> properties[] = {
 };
 
 constexpr SensorKind kind = {.sensorType = 2, .enabledState = 5, .baseUnits = 2, .unitModifier = 0};
-constexpr std::size_t state_size = 64;
+constexpr PossibleStates possible_states = {.number = Zbr_CimIpmi_GetTmpSensorNumOfPossibleState,
+                                            .text = Zbr_CimIpmi_GetTmpSensorPossibleState,
+                                            .size = 64};
 constexpr std::uint8_t unknown_state = 255;
 
 void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     SetSensorName(record);
     SetKind(record, kind);
     SetThresholds(record, "1, 3");
-    FillPossibleStates(record, Zbr_CimIpmi_GetTmpSensorNumOfPossibleState,
-                       Zbr_CimIpmi_GetTmpSensorPossibleState, state_size);
+    FillPossibleStates(record, possible_states);
     record.UpperThresholdNonCritical = ConvertReading(row.UpperThresholdNonCritical, row);
     record.UpperThresholdCritical = ConvertReading(row.UpperThresholdCritical, row);
     SetWell(record);

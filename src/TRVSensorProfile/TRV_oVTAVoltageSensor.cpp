@@ -20,7 +20,9 @@ constexpr Property<R> properties[] = {
 };
 
 constexpr SensorKind kind = {.sensorType = 3, .enabledState = 5, .baseUnits = 5, .unitModifier = -2};
-constexpr std::size_t state_size = 64;
+constexpr PossibleStates possible_states = {.number = Zbr_CimIpmi_GetVolSensorNumOfPossibleState,
+                                            .text = Zbr_CimIpmi_GetVolSensorPossibleState,
+                                            .size = 64};
 
 std::int32_t ConvertScaled(std::uint8_t reading, const FullSdrRow &row) {
     return TruncateReading(PH_OEM_ConvertLinearSensorReading(reading, &row) *
@@ -34,8 +36,7 @@ void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     SetWell(record);
     record.LowerThresholdCritical = ConvertScaled(row.LowerThresholdCritical, row);
     record.UpperThresholdCritical = ConvertScaled(row.UpperThresholdCritical, row);
-    FillPossibleStates(record, Zbr_CimIpmi_GetVolSensorNumOfPossibleState,
-                       Zbr_CimIpmi_GetVolSensorPossibleState, state_size);
+    FillPossibleStates(record, possible_states);
     // A reading that fails shows as a raw reading of 0 and as the state 0, whatever the sensor before had.
     std::uint8_t reading = 0;
     std::uint8_t state = 0;
@@ -50,39 +51,52 @@ void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     CopyText(record.CurrentState, text);
 }
 
-} // namespace
-
-int PH_OEM_Enum_VoltageSensor_Instance(R **records, int *count, int namesOnly) {
+// The rows of the board and of the battery, for the caller to free. 0, or -1 on failure.
+struct VoltageRows {
+    FullSdrRow *board;
+    FullSdrRow *battery;
+    int boardCount;
+    int batteryCount;
+};
+int GetVoltageRows(VoltageRows &rows) {
     constexpr int voltage = 2;
     constexpr int system_board = 7;
     constexpr int battery = 40;
+    std::uint32_t handle = 0;
+    const OEMDBOwner handleOwner{&handle};
+    if (!OpenOEMDB(&handle) ||
+        GetFullSdrs(handle, voltage, system_board, &rows.board, &rows.boardCount) != 0 ||
+        GetFullSdrs(handle, voltage, battery, &rows.battery, &rows.batteryCount) != 0) {
+        return -1;
+    }
+    rows.boardCount = UsedRows(rows.board, rows.boardCount);
+    rows.batteryCount = UsedRows(rows.battery, rows.batteryCount);
+    return 0;
+}
+
+} // namespace
+
+int PH_OEM_Enum_VoltageSensor_Instance(R **records, int *count, int namesOnly) {
     TRACE(TraceProgress, "Entering %s", __func__);
     *records = nullptr;
     *count = 0;
-    FullSdrRow *boardRows = nullptr;
-    FullSdrRow *batteryRows = nullptr;
-    int boardCount = 0;
-    int batteryCount = 0;
-    if (GetFullSdrs(voltage, system_board, &boardRows, &boardCount) != 0) {
+    VoltageRows rows{};
+    const int result = GetVoltageRows(rows);
+    const Block<FullSdrRow> boardOwner{rows.board};
+    const Block<FullSdrRow> batteryOwner{rows.battery};
+    if (result != 0) {
         return -1;
     }
-    const Block<FullSdrRow> boardOwner{boardRows};
-    if (GetFullSdrs(voltage, battery, &batteryRows, &batteryCount) != 0) {
-        return -1;
-    }
-    const Block<FullSdrRow> batteryOwner{batteryRows};
-    boardCount = UsedRows(boardRows, boardCount);
-    batteryCount = UsedRows(batteryRows, batteryCount);
-    if (boardCount + batteryCount < 1) {
+    if (rows.boardCount + rows.batteryCount < 1) {
         TRACE(TraceProgress, "No records from DB");
         return 0;
     }
     const auto rowAt = [=](int i) -> const FullSdrRow & {
-        return i < boardCount ? boardRows[i] : batteryRows[i - boardCount];
+        return i < rows.boardCount ? rows.board[i] : rows.battery[i - rows.boardCount];
     };
     return EnumerateSensors<R>(
         {.className = "TRV_oVTAVoltageSensor", .clean = PH_OEM_Clean_VoltageSensor},
-        boardCount + batteryCount, records, count,
+        rows.boardCount + rows.batteryCount, records, count,
         namesOnly, [=](int i) -> auto & { return rowAt(i).SensorName; },
         [=](IpmiSession *session, int i, R &record) { FillRecord(session, rowAt(i), record); });
 }

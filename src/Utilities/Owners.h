@@ -4,6 +4,7 @@
 // also when opening failed, which the back ends take without harm.
 #pragma once
 
+#include "Utilities/PH_OEM_Debug.h"
 #include "Utilities/PH_OEM_Utilities.h"
 
 #include <cstdlib>
@@ -36,6 +37,16 @@ using OEMDBOwner = std::unique_ptr<std::uint32_t, Closer<CloseOEMDBHandle>>;
 using CoreDBOwner = std::unique_ptr<std::uint32_t, Closer<CloseCoreDBHandle>>;
 using LibraryOwner = std::unique_ptr<void, Closer<CloseLibrary>>;
 using MutexLock = std::unique_ptr<pthread_mutex_t, Closer<UnlockMutex>>;
+
+// Opens the OEM DB for an owner that stands already; false, with a trace line, on failure.
+inline bool OpenOEMDB(std::uint32_t *handle, const char *file = __builtin_FILE(),
+                      int line = __builtin_LINE()) {
+    if (PH_OEM_InitOEMDB(handle) != 0) {
+        TRACE_FROM(file, line, TraceFailure, "Failed to create handle for OEM DB Access");
+        return false;
+    }
+    return true;
+}
 
 // Rows from a back end, records, and every other block that malloc gave.
 template <typename T> using Block = std::unique_ptr<T, Closer<FreeBlock>>;

@@ -154,12 +154,11 @@ namespace {
 bool CheckPath(Modification &modification, const CMPIObjectPath *cop) {
     const ClassTable &table = modification.table;
     const char *names[max_keys];
-    CMPIString *keyValues[max_keys];
-    if (PH_OEM_CheckForValidObjectPath(modification.broker, cop, KeyNames(table, names), keyValues,
-                                       static_cast<int>(table.record.keys.size()),
+    if (PH_OEM_CheckForValidObjectPath(modification.broker, cop, KeyNames(table, names),
+                                       modification.keyValues, static_cast<int>(table.record.keys.size()),
                                        &modification.status) != 0) {
         TRACE_MODIFICATION(TraceFailure, "Failed in CheckForValidObjectPath\n");
-        return false;
+        return Refuse(modification, modification.modify.texts.badPath);
     }
     return true;
 }

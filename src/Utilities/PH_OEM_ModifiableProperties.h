@@ -74,7 +74,8 @@ struct ModifyTexts {
     StatusText noSession;  // a NULL text leaves rc 0: the failure is only traced
     StatusText unreadable; // a new value can't be read
     StatusText unwritable;
-    std::size_t limit = 512; // size of the buffer that a message is formed in
+    std::size_t limit = 512;                    // size of the buffer that a message is formed in
+    StatusText badPath = {CMPI_RC_OK, nullptr}; // a NULL text leaves the status of the path's check
 };
 
 // Which first steps come before the list of changes.
@@ -114,6 +115,7 @@ struct Modification {
     const CMPIBroker *broker;
     const CMPIInstance *inst;
     CMPIStatus status = {CMPI_RC_OK, nullptr};
+    CMPIString *keyValues[max_keys] = {}; // of a checked path, in the order of the key list
 };
 
 // The steps of the flow, for a class that departs from it; each is false when the operation is to end with

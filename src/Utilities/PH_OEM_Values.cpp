@@ -311,11 +311,12 @@ int PH_OEM_ConvertDMTFDateTimeFormatToUnixTime(const char *text, time_t *out) {
 }
 
 int PH_OEM_ConvertUnixTimetoDMTFDateTimeFormat(time_t time, char *out) {
+    constexpr int last_year = 9999 - 1900; // a date-time has four digits for it
     tm broken{};
     char local[32];
     char zone[16];
     tzset(); // localtime_r doesn't look whether the zone was changed
-    if (time < 1 || out == nullptr || localtime_r(&time, &broken) == nullptr ||
+    if (time < 1 || out == nullptr || localtime_r(&time, &broken) == nullptr || broken.tm_year > last_year ||
         strftime(local, sizeof local, "%Y%m%d%H%M%S.000000", &broken) == 0) {
         return -1;
     }

@@ -93,6 +93,8 @@ TEST_F(PH_OEM_Debug, EachNotificationForThisProcessReloadsTheMaskOnce) {
     EXPECT_TRUE(eventually([&] { return reloads() == 1; })) << reloads();
     sp::post_notification(getpid(), VCH_NOTIFY_FILE);
     EXPECT_TRUE(eventually([&] { return reloads() == 2; })) << reloads();
+    const auto closedSessions = [] { return sp::calls("CIM_Close_Session"); };
+    EXPECT_TRUE(eventually([&] { return closedSessions() == 2; })) << "both have read the mask to the end";
     sp::remove_notify_queues(VCH_NOTIFY_FILE);
 }
 

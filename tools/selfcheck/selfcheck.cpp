@@ -105,8 +105,13 @@ void compareValues(Check &check, const std::string &path, const Values &expected
     for (const auto &[property, value] : both) {
         if (text(expected, property) != text(found, property)) {
             report(check, property,
-                   operation + " gives " + text(found, property) + " and not " + text(expected, property) +
-                       " for " + path);
+                   std::string(operation)
+                       .append(" gives ")
+                       .append(text(found, property))
+                       .append(" and not ")
+                       .append(text(expected, property))
+                       .append(" for ")
+                       .append(path));
         }
     }
 }
@@ -116,10 +121,12 @@ void comparePaths(Check &check, const Names &expected, const Names &found, const
     std::ranges::set_difference(expected, found, std::back_inserter(missing));
     std::ranges::set_difference(found, expected, std::back_inserter(surplus));
     for (const std::string &path : missing) {
-        report(check, "", operation + " misses " + path);
+        report(check, "", std::string(operation).append(" misses ").append(path));
     }
     for (const std::string &path : surplus) {
-        report(check, "", operation + " gives " + path + ", which isn't among the instances");
+        report(check, "",
+               std::string(operation).append(" gives ").append(path).append(
+                   ", which isn't among the instances"));
     }
 }
 
