@@ -14,7 +14,6 @@
 #include "libzbr_cim.h"
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 
 namespace {
@@ -307,9 +306,8 @@ bool ReadScheduleEnable(Modification &modification) {
 
 // Which property an entry of the list of changes names; -1 for none.
 int PropertyOf(const char (&name)[64]) {
-    const auto *found = std::ranges::find_if(modifiable, [=](const ModifiableProperty &property) {
-        return std::strcmp(property.name, name) == 0;
-    });
+    const auto *found = std::ranges::find_if(
+        modifiable, [&](const ModifiableProperty &property) { return NamesProperty(name, property); });
     return found == std::end(modifiable) ? -1 : static_cast<int>(found - modifiable);
 }
 

@@ -84,7 +84,7 @@ void GetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPICo
         return fail();
     }
     const CMPIInstance *inst = MakeInstance(table, broker, cop, properties, record, &ownStatus);
-    if (inst == nullptr) {
+    if (inst == nullptr || ownStatus.rc != CMPI_RC_OK) {
         TRACE_CLASS(TraceFailure, "Failed in PH_OEM_MakeInst_%s", table.name);
         return fail();
     }
@@ -106,7 +106,7 @@ void EnumerateInstances(const ClassTable &table, const CMPIBroker *broker, const
     for (int i = 0; i < records.count; ++i) {
         const CMPIInstance *inst =
             MakeInstance(table, broker, cop, properties, RecordAt(records, i), &ownStatus);
-        if (inst == nullptr) {
+        if (inst == nullptr || ownStatus.rc != CMPI_RC_OK) {
             TRACE_CLASS(TraceFailure, "Failed in PH_OEM_MakeInst_%s", table.name);
             return fail();
         }
@@ -129,7 +129,7 @@ void EnumerateInstanceNames(const ClassTable &table, const CMPIBroker *broker, c
     CMPIStatus ownStatus = {CMPI_RC_OK, nullptr};
     for (int i = 0; i < records.count; ++i) {
         const CMPIObjectPath *path = MakePath(table, broker, cop, RecordAt(records, i), &ownStatus);
-        if (path == nullptr) {
+        if (path == nullptr || ownStatus.rc != CMPI_RC_OK) {
             TRACE_CLASS(TraceFailure, "Inst=%d Failed in PH_OEM_MakePath_%s", i, table.name);
             return fail();
         }
@@ -199,20 +199,23 @@ void *SearchInstance(const ClassTable &table, CMPIString *const *keyValues, void
 
 namespace {
 
-// A new path of the class in the namespace of the request; NULL, or without a handle, on failure.
-CMPIObjectPath *NewClassPath(const ClassTable &table, const CMPIBroker *broker, const CMPIObjectPath *cop) {
-    const CMPIString *nameSpace = CMGetNameSpace(cop, nullptr);
-    const CMPIString *pathsName = table.namedByPath ? CMGetClassName(cop, nullptr) : nullptr;
+// A new path of the class in the namespace of the request; NULL, or without a handle, on failure. `status` is
+// what the broker tells.
+CMPIObjectPath *NewClassPath(const ClassTable &table, const CMPIBroker *broker, const CMPIObjectPath *cop,
+                             CMPIStatus *status) {
+    const CMPIString *nameSpace = CMGetNameSpace(cop, status);
+    const CMPIString *pathsName = table.namedByPath ? CMGetClassName(cop, status) : nullptr;
     if (nameSpace == nullptr || (table.namedByPath && pathsName == nullptr)) {
         return nullptr;
     }
     const char *className = table.namedByPath ? CMGetCharsPtr(pathsName, nullptr) : table.className;
-    return CMNewObjectPath(broker, CMGetCharsPtr(nameSpace, nullptr), className, nullptr);
+    return CMNewObjectPath(broker, CMGetCharsPtr(nameSpace, nullptr), className, status);
 }
 
 bool AddKeys(const ClassTable &table, const CMPIObjectPath *path, const void *record) {
     const std::span keys = table.record.keys;
-    for (const KeyColumn &key : keys) {
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        const KeyColumn &key = keys[table.pathOrder[i]];
         if (*TextAt(record, key.field) == '\0') {
             TRACE_CLASS(TraceFailure, "%s is empty", key.name);
             return false;
@@ -394,7 +397,7 @@ int SetRecord(const RecordTable &table, const CMPIBroker *broker, const CMPIInst
 CMPIObjectPath *MakePath(const ClassTable &table, const CMPIBroker *broker, const CMPIObjectPath *cop,
                          const void *record, CMPIStatus *status) {
     TRACE_CLASS(TraceProgress, "PH_OEM_MakePath_%s", table.name);
-    CMPIObjectPath *path = NewClassPath(table, broker, cop);
+    CMPIObjectPath *path = NewClassPath(table, broker, cop, status);
     if (path == nullptr || path->hdl == nullptr) {
         TRACE_CLASS(TraceFailure, "Newly created Object Path is NULL");
     } else if (AddKeys(table, path, record)) {
@@ -411,11 +414,11 @@ CMPIInstance *MakeInstance(const ClassTable &table, const CMPIBroker *broker, co
                            const char **properties, const void *record, CMPIStatus *status) {
     TRACE_CLASS(TraceProgress, "Entering PH_OEM_MakeInst_%s", table.name);
     // The path isn't released: it stays with the broker's memory for the request.
-    const CMPIObjectPath *path = NewClassPath(table, broker, cop);
+    const CMPIObjectPath *path = NewClassPath(table, broker, cop, status);
     CMPIInstance *inst = nullptr;
     if (path == nullptr || path->hdl == nullptr) {
         TRACE_CLASS(TraceFailure, "New Object Path is NULL");
-    } else if (inst = CMNewInstance(broker, path, nullptr); inst == nullptr || inst->hdl == nullptr) {
+    } else if (inst = CMNewInstance(broker, path, status); inst == nullptr || inst->hdl == nullptr) {
         TRACE_CLASS(TraceFailure, "Newly created instance is NULL");
     } else if (SetInstance(table, broker, inst, record, properties)) {
         return inst;
