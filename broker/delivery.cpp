@@ -73,6 +73,11 @@ std::string faultOfInstance(const InstanceBody &body, const Class *expected) {
             }
         }
     }
+    if (body.refusedSlot != noSlot) { // a provider that doesn't look at the status may go on
+        const Slot &slot = body.layout->slots[body.refusedSlot];
+        return "class " + cls.name + ": the property " + slot.name + " was set with type " +
+               textOfType(body.refusedType) + ", declared " + textOfType(slot.property->type);
+    }
     for (size_t k = 0; k < cls.keys.size(); ++k) {
         if (isMissing(keyValueOf(body, k))) {
             return "class " + cls.name + ": the key property " + cls.properties[cls.keys[k]].name +

@@ -124,6 +124,7 @@ InstanceObject *newObject(Memory &memory, const Class &cls, PathObject *path) {
     body->layout = layout;
     body->path = path->body;
     body->lastSet = noSlot;
+    body->refusedSlot = noSlot;
     if (!growValues(memory, *body, std::max(layout->count, 4U))) {
         return nullptr;
     }
@@ -261,6 +262,8 @@ CMPIStatus setProperty(const CMPIInstance *instance, const char *name, const CMP
     const Property *property = layout.slots[slot].property;
     const CMPIType stored = storedType(type);
     if (property != nullptr && stored != property->type && !fits(stored, *property)) {
+        body->refusedSlot = slot;
+        body->refusedType = type;
         return statusOf(CMPI_RC_ERR_INVALID_DATA_TYPE);
     }
     if (body->filter != nullptr && !passes(memory, *body->filter, layout, slot)) {

@@ -86,6 +86,8 @@ struct InstanceBody {
     uint32_t lastSet; // slot, or noSlot
     uint32_t setCount;
     PropertyFilter *filter; // null lets everything pass
+    uint32_t refusedSlot;   // of a property that was set with another type than declared, or noSlot
+    CMPIType refusedType;
     bool hasUndeclared;
     bool isShared;
 };

@@ -194,6 +194,13 @@ CMPIStatus wrongType(const Request &r) {
     return CMReturnInstance(r.result, instance);
 }
 
+CMPIStatus wrongAndOn(const Request &r) {
+    CMPIInstance *instance = newInstance(r, r.className, "one");
+    const CMPIUint32 value = 5;
+    CMSetProperty(instance, "Value", &value, CMPI_uint32);
+    return CMReturnInstance(r.result, instance);
+}
+
 CMPIStatus rightOne(const Request &r) {
     return CMReturnInstance(r.result, newInstance(r, r.className, "one"));
 }
@@ -258,6 +265,7 @@ constexpr Behaviour behaviours[] = {
     {"T_Threaded", threaded, nullptr, nullptr},
     {"T_Undeclared", undeclared, nullptr, undeclared},
     {"T_WrongType", wrongType, nullptr, nullptr},
+    {"T_WrongAndOn", wrongAndOn, nullptr, nullptr},
     {"T_NoKey", noKey, noKeyName, nullptr},
     {"T_EmptyKey", emptyKey, nullptr, nullptr},
     {"T_OtherKey", otherKey, nullptr, nullptr},

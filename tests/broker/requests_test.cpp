@@ -109,6 +109,7 @@ TEST_F(Requests, WhatAProviderMayNotAnswerIsNamed) {
     } cases[] = {
         {"Undeclared", "1: class T_Undeclared declares no property Surprise"},
         {"WrongType", "61: "}, // the provider's own status: the property was refused when it was set
+        {"WrongAndOn", "1: class T_WrongAndOn: the property Value was set with type uint32, declared uint16"},
         {"NoKey", "1: class T_NoKey: the key property Id is missing or empty"},
         {"EmptyKey", "1: class T_EmptyKey: the key property Id is missing or empty"},
         {"OtherKey", "1: class T_OtherKey: the key Id of the object path differs from the property"},
