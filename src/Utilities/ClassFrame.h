@@ -201,6 +201,9 @@ struct ClassTable {
     // PH_OEM_Enum_<C>_Instance and PH_OEM_Clean_<C>
     int (*enumerate)(void **records, int *count, int namesOnly);
     void (*clean)(void *records, int count);
+    // PH_OEM_Get_<C>_Instance, in a class whose GetInstance reads the one record that the keys may mean
+    // instead of all: 0, or -1 on failure. The record still goes through the search.
+    int (*get)(void **records, int *count, CMPIString *const *keyValues) = nullptr;
 
     const char *superclass = nullptr; // the DMTF class that it derives from
 
@@ -267,11 +270,18 @@ template <typename R> void CleanRecords(const ClassTable &table, R **records) {
     *records = nullptr;
 }
 
-// An Enum and a Clean with the record's type, as the table holds them.
+// An Enum, a Get and a Clean with the record's type, as the table holds them.
 template <typename R, int (*enumerate)(R **, int *, int)>
 int EnumerateUntyped(void **records, int *count, int namesOnly) {
     R *typed = nullptr;
     const int result = enumerate(&typed, count, namesOnly);
+    *records = typed;
+    return result;
+}
+template <typename R, int (*get)(R **, int *, CMPIString *const *)>
+int GetUntyped(void **records, int *count, CMPIString *const *keyValues) {
+    R *typed = nullptr;
+    const int result = get(&typed, count, keyValues);
     *records = typed;
     return result;
 }
