@@ -94,6 +94,13 @@ constexpr FunctionEntry function_table[] = {
     {"Zbr_CimIpmi_GetMultipleStateString", 0},
     {"Zbr_CimIpmi_ConvertRateUnit", 0},
 
+    {"CSM_Init", 1},
+    {"CSM_GetSystemStatus", 1},
+    {"CSM_GetSubsystemStatus", 1},
+    {"CSM_GetComponentStatus", 1},
+    {"CSM_GetComponentInstanceStatus", 1},
+    {"CSM_FreeMem", 1},
+
     {"OpenMTLIConnection", -1},
     {"LCMParam_update", 0},
     {"LCMParamDb_destroyParameterTable", 0},

@@ -284,3 +284,55 @@ INSERT INTO lan_channel VALUES
 INSERT INTO device_id VALUES (1, 0x20, 0x01, 2, 0x45, 0x02, 0xBF, 0x002880, 0x7420, 0x00000001);
 INSERT INTO chassis_status VALUES (1, 0x21, 0x00, 0x40, 0x00, 2, 1751702400, 1, 1);
 INSERT INTO power_on_hours VALUES (1, 60, 10417);
+
+-- Health. Power supplies, fans, temperatures and voltages are as their sensors say; of the other components one has an
+-- error, of which only the agent knows.
+INSERT INTO health_name VALUES (0x01000000, 'System');
+WITH part(component, number, status_name, status, designation_name, designation, css) AS (VALUES
+    ('TqFanConfig', 0, 'ComponentSignalStatus', 1, 'Designation', 'Fan Redundancy', 'FALSE'),
+    ('TqPowerLevel', 0, 'SensorReadingStatus', 0, 'Designation', 'Power Level', 'FALSE'),
+    ('TqPowerRedundancy', 0, 'ComponentSignalStatus', 1, 'Designation', 'Power Unit', 'FALSE'),
+    ('TqPowerConfig', 0, 'ComponentSignalStatus', 1, 'Designation', 'Power Configuration', 'FALSE'),
+    ('TqMemModules', 0, 'MemModuleStatus', 1, 'Designation', 'DIMM-1A', 'TRUE'),
+    ('TqMemModules', 1, 'MemModuleStatus', 1, 'Designation', 'DIMM-1B', 'TRUE'),
+    ('TqMemModules', 2, 'MemModuleStatus', 1, 'Designation', 'DIMM-1C', 'TRUE'),
+    ('TqMemModules', 3, 'MemModuleStatus', 0, 'Designation', 'DIMM-1D', 'TRUE'),
+    ('TqMemModules', 4, 'MemModuleStatus', 1, 'Designation', 'DIMM-2A', 'TRUE'),
+    ('TqMemModules', 5, 'MemModuleStatus', 1, 'Designation', 'DIMM-2B', 'TRUE'),
+    ('TqMemModules', 6, 'MemModuleStatus', 1, 'Designation', 'DIMM-2C', 'TRUE'),
+    ('TqMemModules', 7, 'MemModuleStatus', 0, 'Designation', 'DIMM-2D', 'TRUE'),
+    ('TqCPUs', 0, 'CPUStatus', 1, 'Designation', 'CPU1', 'FALSE'),
+    ('TqCPUs', 1, 'CPUStatus', 1, 'Designation', 'CPU2', 'FALSE'),
+    ('TqBIOS', 0, 'ComponentSignalStatus', 1, 'Designation', 'BIOS', NULL),
+    ('TqPCISlots', 0, 'ComponentSignalStatus', 1, 'Designation', 'PCI Slot 1', 'TRUE'),
+    ('TqPCISlots', 1, 'ComponentSignalStatus', 1, 'Designation', 'PCI Slot 2', 'TRUE'),
+    ('TqPCISlots', 2, 'ComponentSignalStatus', 1, 'Designation', 'PCI Slot 3', 'TRUE'),
+    ('TqPCISlots', 3, 'ComponentSignalStatus', 1, 'Designation', 'PCI Slot 4', 'TRUE'),
+    ('TqAgent', 0, 'ComponentSignalStatus', 1, 'Designation', 'Agent', NULL),
+    ('Driver Monitoring', 0, 'DrvMonComponentStatus', 1, 'DrvMonComponentName', 'Chipset', NULL),
+    ('Driver Monitoring', 1, 'DrvMonComponentStatus', 1, 'DrvMonComponentName', 'Graphics', NULL),
+    ('Driver Monitoring', 2, 'DrvMonComponentStatus', 3, 'DrvMonComponentName', 'Fibre Channel 1-2', NULL))
+INSERT INTO component_parameter (ParameterGroup, Name, Instance, Value)
+    SELECT component, status_name, number, status FROM part
+    UNION ALL SELECT component, designation_name, number, designation FROM part
+    UNION ALL SELECT component, 'CSS_LED', number, css FROM part WHERE css IS NOT NULL;
+INSERT INTO component_parameter (ParameterGroup, Name, Value) VALUES
+    ('TqFanConfig', 'NrFanConfigInstances', 1),
+    ('TqPowerLevel', 'NrPowerLevelInstances', 1),
+    ('TqPowerRedundancy', 'NrPowerRedundancyInstances', 1),
+    ('TqPowerConfig', 'NrPowerConfigInstances', 1),
+    ('TqMemModules', 'NrMemModuleInstances', 8),
+    ('TqCPUs', 'NrCPUInstances', 2),
+    ('TqBIOS', 'NrBIOSInstances', 1),
+    ('TqPCISlots', 'NrPCISlotInstances', 4),
+    ('TqAgent', 'NrAgentInstances', 1),
+    ('TqTPM', 'TPMHardwareAvailable', 1),
+    ('Driver Monitoring', 'DrvMonNumberComponents', 3),
+    ('Mass Storage', 'DrvMonStorageSummaryStatus', 1),
+    ('Mass Storage', 'TQRaidOverallStatus', 1),
+    ('Mass Storage', 'TQRaidAdapterOverallStatus', 1),
+    ('Mass Storage', 'TQRaidLogicalDrivesOverallStatus', 1),
+    ('Mass Storage', 'TQRaidPhysicalDrivesOverallStatus', 1),
+    ('Mass Storage', 'TQRaidOverallSmartStatus', 0),
+    ('Mass Storage', 'TQRaidStatusCss', 'TRUE'),
+    ('Network', 'DrvMonNetworkSummaryStatus', 1);

@@ -296,3 +296,30 @@ CREATE TABLE power_on_hours (
     MinutesPerCount INTEGER NOT NULL,
     Counter INTEGER NOT NULL
 );
+
+-- Component status library
+
+-- What it calls a node, where that isn't the node's display name. Without a name for the system, which is node
+-- 0x01000000, there is no tree.
+CREATE TABLE health_name (
+    NodeId INTEGER PRIMARY KEY,
+    Name TEXT NOT NULL
+);
+
+-- How components are that have no sensor of their own: parameters of the LCM store, by the names that the health
+-- tables give. A component with instances has a row for each of them. What the agent tells can't be read while it
+-- is away.
+CREATE TABLE component_parameter (
+    ParameterGroup TEXT NOT NULL,
+    Name TEXT NOT NULL,
+    Instance INTEGER NOT NULL DEFAULT 0, -- from 0
+    Value,                               -- a state as a number, anything else as a text; NULL: none
+    PRIMARY KEY (ParameterGroup, Name, Instance)
+);
+
+-- The service processor warns of an agent that is away.
+CREATE TRIGGER watch_agent AFTER UPDATE OF AgentConnected ON service_processor
+BEGIN
+    UPDATE component_parameter SET Value = iif(NEW.AgentConnected, 1, 2)
+        WHERE ParameterGroup = 'TqAgent' AND Name = 'ComponentSignalStatus';
+END;

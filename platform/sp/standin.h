@@ -152,6 +152,11 @@ bool read_one(std::string_view text, std::initializer_list<Value> values, std::s
 /// Counts a heap block that the caller gets and has to free, and returns it. NULL is none.
 void *give_block(void *block);
 
+// The agent
+
+/// Whether the agent in the host's operating system is connected.
+bool agent_connected();
+
 // Handles and sessions
 
 /// Opens a handle of a kind; never 0.

@@ -1,6 +1,7 @@
 #include <stdexcept>
 
 #include "sp.h"
+#include "standin.h"
 
 namespace sp {
 
@@ -20,6 +21,11 @@ void make_blade(bool blade) {
 
 void connect_agent(bool connected) {
     sql("UPDATE service_processor SET AgentConnected = " + std::to_string(connected));
+}
+
+bool agent_connected() {
+    Query query("SELECT 1 FROM service_processor WHERE AgentConnected");
+    return query.next();
 }
 
 } // namespace sp

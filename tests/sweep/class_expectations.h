@@ -26,6 +26,7 @@ inline const Gap gaps[] = {
     {"Fan", "", ""},                                      // a fan or its supply isn't known to be there
     {"FanSensor", "", ""},
     {"FanSensorConfigSettings", "", ""},
+    {"HealthStateComponent", "", ""}, // a node that can't be read, with what lies beneath it
     {"PowerSupply", "", ""},
     {"PSRedundancySet", "RedundancyStatus", "4"}, // too few supplies are known to work
     {"*Sensor", "CurrentState", "Unknown"},

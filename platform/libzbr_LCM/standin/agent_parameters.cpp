@@ -9,11 +9,6 @@ using namespace sp;
 
 namespace {
 
-bool agent_connected() {
-    Query query("SELECT 1 FROM service_processor WHERE AgentConnected");
-    return query.next();
-}
-
 /// A copy with an end behind it.
 char *copy(const char *bytes, size_t size) {
     auto *block = static_cast<char *>(malloc(size + 1));
