@@ -4,8 +4,7 @@
 //
 // - A parent is as its worst child: error, warning, OK and unknown, in this order. What isn't there, isn't
 //   managed or is to be ignored says nothing of its parent.
-// - The GEL state is how a node weighs on the global error LED. That is as it is, but what only the agent
-// tells
+// - The GEL state is how a node weighs on the global error LED: as it is, but what only the agent tells
 //   doesn't light it.
 // - The CSS state is how those parts are that the customer may service; others are OK in it.
 #include <algorithm>
@@ -57,11 +56,23 @@ const SensorComponent sensor_components[] = {
     {"TqFans",
      "SELECT StatusSensor, Name, iif(PsuPresenceSensor, 'FALSE', 'TRUE'), NULL FROM fan ORDER BY position",
      0,
-     {{0x0040, 6}, {0x0020, 5}, {0x0008, 2}, {0x0004, 3}, {0x0002, 4}, {0x0001, 1}, {0, 0}}},
+     {{0x0040, 6}, // not present
+      {0x0020, 5}, // not managed
+      {0x0008, 2}, // failed
+      {0x0004, 3}, // failure predicted
+      {0x0002, 4}, // at full speed
+      {0x0001, 1}, // OK
+      {0, 0}}},
     {"TqPowerSupplies",
      "SELECT StatusSensor, Designation, 'TRUE', NULL FROM power_supply ORDER BY position",
      8,
-     {{0x0001, 0}, {0x0020, 2}, {0x0010, 3}, {0x0004, 4}, {0x0008, 5}, {0x0002, 1}, {0, 8}}},
+     {{0x0001, 0}, // not present
+      {0x0020, 2}, // failed
+      {0x0010, 3}, // input lost
+      {0x0004, 4}, // failure predicted
+      {0x0008, 5}, // overloaded
+      {0x0002, 1}, // OK
+      {0, 8}}},
     // A temperature that isn't linear has no thresholds to go by: it is ignored.
     {"TqTempSensors",
      "SELECT SensorNumber, SensorName, NULL, iif(Linear, NULL, 2) FROM full_sdr WHERE SensorType = 1 "
@@ -113,26 +124,36 @@ struct Part {
     std::optional<std::string> css = {};
 };
 
-std::optional<std::string> text_at(const Query &query, int column) {
-    const std::string_view text = query.text(column);
-    return text.data() != nullptr ? std::optional<std::string>(text) : std::nullopt;
-}
-
-Query read_parameter(const HealthSource &source, uint32_t instance) {
+Query find_parameter(const HealthSource &source, uint32_t instance) {
     return Query(
         "SELECT Value FROM component_parameter WHERE ParameterGroup = ? AND Name = ? AND Instance = ?",
         {source.Group, source.Parameter, instance});
+}
+
+/// Nothing when there is no such parameter; a value that is no number is no state.
+std::optional<uint32_t> read_state(const HealthSource &source, uint32_t instance) {
+    Query query = find_parameter(source, instance);
+    if (!query.next()) {
+        return std::nullopt;
+    }
+    const bool known = query.holds_number(0) && query.number(0) >= 0 && query.number(0) < no_state;
+    return known ? static_cast<uint32_t>(query.number(0)) : no_state;
+}
+
+std::optional<std::string> text_at(const Query &query, int column) {
+    const std::string_view text = query.text(column);
+    return text.data() != nullptr ? std::optional<std::string>(text) : std::nullopt;
 }
 
 std::optional<std::string> read_text(const HealthSource &source, uint32_t instance) {
     if (source.Group == nullptr) {
         return std::nullopt;
     }
-    Query query = read_parameter(source, instance);
+    Query query = find_parameter(source, instance);
     return query.next() ? text_at(query, 0) : std::nullopt;
 }
 
-std::optional<Part> read_part_of_sensor(const SensorComponent &sensors, uint32_t instance) {
+std::optional<Part> read_part(const SensorComponent &sensors, uint32_t instance) {
     Query query(sensors.rows + " LIMIT 1 OFFSET ?", {instance});
     if (!query.next()) {
         return std::nullopt;
@@ -143,21 +164,18 @@ std::optional<Part> read_part_of_sensor(const SensorComponent &sensors, uint32_t
     return Part{state, text_at(query, 1), text_at(query, 2)};
 }
 
-/// Nothing when there is no such part. A state that is no number is none.
+/// Nothing when there is no such part, or nobody knows of it.
 std::optional<Part> read_part(const HealthComponentRow &component, uint32_t instance) {
     if (const SensorComponent *sensors = find_sensors(component)) {
-        return read_part_of_sensor(*sensors, instance);
+        return read_part(*sensors, instance);
     }
     if (told_by_agent(component) && !agent_connected()) {
         return std::nullopt;
     }
-    Query query = read_parameter(component.Status, instance);
-    if (!query.next()) {
-        return std::nullopt;
-    }
-    const bool known = query.holds_number(0) && query.number(0) >= 0 && query.number(0) < no_state;
-    return Part{known ? static_cast<uint32_t>(query.number(0)) : no_state,
-                read_text(component.Designation, instance), read_text(component.Css, instance)};
+    const std::optional<uint32_t> state = read_state(component.Status, instance);
+    return state ? std::optional<Part>(Part{*state, read_text(component.Designation, instance),
+                                            read_text(component.Css, instance)})
+                 : std::nullopt;
 }
 
 uint32_t count_instances(const HealthComponentRow &component) {
@@ -166,7 +184,7 @@ uint32_t count_instances(const HealthComponentRow &component) {
         return 0;
     }
     Query query = sensors != nullptr ? Query("SELECT count(*) FROM (" + sensors->rows + ')')
-                                     : read_parameter(component.InstanceCount, 0);
+                                     : find_parameter(component.InstanceCount, 0);
     const int64_t count = query.next() ? query.number(0) : 0;
     return static_cast<uint32_t>(std::clamp<int64_t>(count, 0, max_instances));
 }
