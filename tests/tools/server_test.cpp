@@ -185,6 +185,32 @@ TEST_F(Server, AServerIsABladeAndHasAnAgentAsItIsTold) {
     }
 }
 
+// --- health -----------------------------------------------------------------------------------------
+
+TEST_F(Server, TheHealthTreeShowsEachNodeBeneathItsParent) {
+    const auto treeLines = [&] {
+        Lines lines;
+        for (const std::string &line : linesOf(vch({"health"}).out)) {
+            lines.push_back(line.substr(0, line.find("  ", line.find_first_not_of(' '))) + ": " +
+                            line.substr(line.rfind("  ") + 2));
+        }
+        return lines;
+    };
+    sp::sql("UPDATE component_parameter SET Value = NULL WHERE Value = 'BIOS'");
+    const Lines tree = treeLines();
+    EXPECT_EQ(tree.front(), "System: Major failure");
+    EXPECT_EQ(tree.back(), "      Agent: OK") << "beneath two nodes of one name";
+    const auto supplies = std::find(tree.begin(), tree.end(), "    Power Supply: Degraded/Warning");
+    ASSERT_LT(supplies, tree.end() - 3);
+    EXPECT_EQ(supplies[2], "      PSU2: Degraded/Warning");
+    EXPECT_EQ(supplies[3], "      PSU3: Not Present");
+    EXPECT_EQ(std::count(tree.begin(), tree.end(), "      -: OK"), 1) << "an instance without a name";
+    EXPECT_NE(onTerminal({"health"}).find("\033[31mMajor failure"), std::string::npos);
+
+    environment["VCH_FAULTS"] = "CSM_GetSystemStatus";
+    EXPECT_EQ(vch({"health"}).out, "none\n");
+}
+
 // --- selfcheck --------------------------------------------------------------------------------------
 
 TEST_F(Server, TheSampleServersClassesAllConformWhileReadingsMove) {
@@ -293,7 +319,7 @@ TEST_F(Server, TheShellCompletesTheVerbsAndTheManPageTellsThem) {
         Lines choices;
         const char *documented;
     } cases[] = {
-        {"", {"overview", "selfcheck"}, ".B overview\n"},
+        {"", {"overview", "health", "selfcheck"}, ".B overview\n"},
         {"sp", {"supply", "blade", "agent"}, "supply | blade | agent"},
         {"sp supply", {"pull", "plug"}, "sp supply pull"},
         {"sp blade", {"on", "off"}, "sp blade on"},

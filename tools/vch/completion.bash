@@ -34,10 +34,11 @@ _vch() {
         -n | --namespace) choices="root/cimv2" ;;
         *)
             case $_vch_verb in
-                "") choices="instance class sp overview selfcheck ei ein gi mi cm gc --help --version" ;;
+                "") choices="instance class sp overview health selfcheck ei ein gi mi cm gc --help --version" ;;
                 "instance ") choices="enumerate get count modify invokemethod" ;;
                 "class ") choices="find get enumerate tree" ;;
                 overview) choices="--output-format --namespace --user --journal --help" ;;
+                health) choices="--namespace --user --journal --help" ;;
                 sp) choices="create path info mask supply blade agent notify" ;;
                 "sp supply") choices="pull plug" ;;
                 "sp blade") choices="on off" ;;

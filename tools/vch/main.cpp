@@ -3,6 +3,7 @@
 #include "classes.h"
 #include "conformance.h"
 #include "failure.h"
+#include "health.h"
 #include "instances.h"
 #include "overview.h"
 #include "service_processor.h"
@@ -244,6 +245,10 @@ constexpr Verb wholeVerbs[] = {
     {"overview", "The server, its power supplies and its power settings on one screen", addOverview,
      [](const CommandLine &line, const CLI::App &) {
          printOverview({line.nameSpace, line.user, formatOf(line), line.journal});
+     }},
+    {"health", "The server's health as a tree", addRequest,
+     [](const CommandLine &line, const CLI::App &) {
+         printHealth({line.nameSpace, line.user, line.journal});
      }},
     {"selfcheck", "Check that classes keep to their declarations", addTargets,
      [](const CommandLine &line, const CLI::App &) { checkConformance(line.targets); }},

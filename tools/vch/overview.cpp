@@ -13,6 +13,25 @@
 #include <algorithm>
 #include <numeric>
 
+std::string meaning(const broker::Property &declared, const CMPIData &value) {
+    std::string code = broker::textOfValue(value);
+    const broker::Qualifier *codes = broker::findQualifier(declared.qualifiers, "ValueMap");
+    const broker::Qualifier *meanings = broker::findQualifier(declared.qualifiers, "Values");
+    for (size_t i = 0; codes != nullptr && meanings != nullptr && i < codes->values.size(); ++i) {
+        if (i < meanings->values.size() && codes->values[i] == code) {
+            return printable(meanings->values[i]);
+        }
+    }
+    return code;
+}
+
+Health gradeOf(std::span<const Grade> grades, const CMPIData &value) {
+    const std::string code = broker::textOfValue(value);
+    const auto grade =
+        std::ranges::find_if(grades, [&](const Grade &one) { return std::to_string(one.code) == code; });
+    return grade == grades.end() ? Health::Unknown : grade->health;
+}
+
 namespace {
 
 // --- Values for people
@@ -36,19 +55,6 @@ std::string watts(const broker::Property &declared, const CMPIData &value) {
 
 std::string onOrOff(const broker::Property &, const CMPIData &value) {
     return value.value.boolean != 0 ? "on" : "off";
-}
-
-// What the declaration says of a code; the code itself where it says nothing.
-std::string meaning(const broker::Property &declared, const CMPIData &value) {
-    std::string code = broker::textOfValue(value);
-    const broker::Qualifier *codes = broker::findQualifier(declared.qualifiers, "ValueMap");
-    const broker::Qualifier *meanings = broker::findQualifier(declared.qualifiers, "Values");
-    for (size_t i = 0; codes != nullptr && meanings != nullptr && i < codes->values.size(); ++i) {
-        if (i < meanings->values.size() && codes->values[i] == code) {
-            return printable(meanings->values[i]);
-        }
-    }
-    return code;
 }
 
 // A number within a DMTF date-time, which has fields of digits at fixed places; -1 where there is another
@@ -148,10 +154,6 @@ std::string week(const broker::Property &declared, const CMPIData &value) {
 
 // --- What is shown
 
-constexpr Grade healthStates[] = {
-    {5, Health::Good}, {10, Health::Warning}, {15, Health::Warning},
-    {20, Health::Bad}, {25, Health::Bad},     {30, Health::Bad},
-};
 constexpr Grade redundancyStates[] = {
     {2, Health::Good}, {3, Health::Warning}, {4, Health::Bad}, {5, Health::Bad}};
 
@@ -243,11 +245,7 @@ Cell cellOf(const OverviewRow &row, const broker::Class &cls, const CMPIInstance
     if (status.rc != CMPI_RC_OK || CMIsNullValue(value) || declared == nullptr) {
         return {"-"};
     }
-    const auto grade =
-        std::ranges::find_if(row.grades, [code = broker::textOfValue(value)](const Grade &one) {
-            return std::to_string(one.code) == code;
-        });
-    return {row.show(*declared, value), grade == row.grades.end() ? Health::Unknown : grade->health};
+    return {row.show(*declared, value), gradeOf(row.grades, value)};
 }
 
 std::string colouredCell(const Cell &cell, size_t width) {

@@ -30,6 +30,18 @@ struct OverviewRow {
     std::span<const Grade> grades = {}; ///< colours of its codes
 };
 
+/** What the declaration says of a code; the code itself where it says nothing. */
+std::string meaning(const broker::Property &declared, const CMPIData &value);
+
+/** The grades of CIM's HealthState. */
+inline constexpr Grade healthStates[] = {
+    {5, Health::Good}, {10, Health::Warning}, {15, Health::Warning},
+    {20, Health::Bad}, {25, Health::Bad},     {30, Health::Bad},
+};
+
+/** How well something is whose property has this value; Unknown for one without a grade. */
+Health gradeOf(std::span<const Grade> grades, const CMPIData &value);
+
 /** A class in the overview. */
 struct OverviewSection {
     const char *name;  ///< for programs
