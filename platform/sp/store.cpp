@@ -20,7 +20,7 @@ namespace sp {
 namespace {
 
 constexpr int ApplicationId = 0x56434853; // marks an SQLite file as a store
-constexpr int SchemaVersion = 3;          // rises with every change of schema.sql
+constexpr int SchemaVersion = 4;          // rises with every change of schema.sql
 constexpr int BusyMilliseconds = 5000;    // how long one process waits for another's change
 
 const std::string CreateOne = "create one with 'vch sp create', or name another with VCH_STORE";

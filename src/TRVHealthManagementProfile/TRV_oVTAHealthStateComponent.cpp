@@ -441,5 +441,5 @@ int PH_OEM_Get_HealthStateComponent_Instance(R **records, int *count, CMPIString
 EXPORT_CLASS(
     HealthStateComponent,
     "A node of the server's health tree: the system, a subsystem, a component or one of its instances.",
-    .get = GetUntyped<R, PH_OEM_Get_HealthStateComponent_Instance>, .superclass = "CIM_LogicalElement",
-    .namedByPath = true, .untested = true);
+    .superclass = "CIM_LogicalElement", .namedByPath = true, .untested = true,
+    .get = GetUntyped<R, PH_OEM_Get_HealthStateComponent_Instance>);

@@ -48,19 +48,6 @@ bool EnumerateRecords(Records &records, int namesOnly) {
     return true;
 }
 
-// The records among which GetInstance searches: the one that the keys may mean, or all.
-bool GetRecords(Records &records, CMPIString *const *keyValues) {
-    const ClassTable &table = records.table;
-    if (table.get == nullptr) {
-        return EnumerateRecords(records, 0);
-    }
-    if (table.get(&records.block, &records.count, keyValues) == -1) {
-        TRACE_CLASS(TraceFailure, "Failed in PH_OEM_Get_%s_Instance", table.name);
-        return false;
-    }
-    return true;
-}
-
 } // namespace
 
 // --- Get and enumerate
@@ -88,7 +75,12 @@ void GetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPICo
         TRACE_CLASS(TraceFailure, "Failed in CheckForValidObjectPath\n");
         return fail();
     }
-    if (!GetRecords(records, keyValues)) {
+    if (table.get == nullptr) {
+        if (!EnumerateRecords(records, 0)) {
+            return fail();
+        }
+    } else if (table.get(&records.block, &records.count, keyValues) == -1) {
+        TRACE_CLASS(TraceFailure, "Failed in PH_OEM_Get_%s_Instance", table.name);
         return fail();
     }
     const void *record = SearchInstance(table, keyValues, records.block, records.count);

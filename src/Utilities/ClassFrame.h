@@ -201,9 +201,6 @@ struct ClassTable {
     // PH_OEM_Enum_<C>_Instance and PH_OEM_Clean_<C>
     int (*enumerate)(void **records, int *count, int namesOnly);
     void (*clean)(void *records, int count);
-    // PH_OEM_Get_<C>_Instance, in a class whose GetInstance reads the one record that the keys may mean
-    // instead of all: 0, or -1 on failure. The record still goes through the search.
-    int (*get)(void **records, int *count, CMPIString *const *keyValues) = nullptr;
 
     const char *superclass = nullptr; // the DMTF class that it derives from
 
@@ -219,6 +216,10 @@ struct ClassTable {
     const struct ModifyTable *modify = nullptr; // what clients may change, in a class with ModifyInstance
     std::span<const MethodColumn> methods = {};
     CMPIUint32 noSuchMethod = 0; // the return value for a method that the class doesn't have
+
+    // For GetInstance, in place of the Enum where one instance is read without all others: no record when
+    // there is no such instance. 0, or -1 on failure.
+    int (*get)(void **records, int *count, CMPIString *const *keyValues) = nullptr;
 };
 
 // The operations of a class; their arguments are those of the exported operations of a class.
@@ -270,18 +271,11 @@ template <typename R> void CleanRecords(const ClassTable &table, R **records) {
     *records = nullptr;
 }
 
-// An Enum, a Get and a Clean with the record's type, as the table holds them.
+// An Enum and a Clean with the record's type, as the table holds them.
 template <typename R, int (*enumerate)(R **, int *, int)>
 int EnumerateUntyped(void **records, int *count, int namesOnly) {
     R *typed = nullptr;
     const int result = enumerate(&typed, count, namesOnly);
-    *records = typed;
-    return result;
-}
-template <typename R, int (*get)(R **, int *, CMPIString *const *)>
-int GetUntyped(void **records, int *count, CMPIString *const *keyValues) {
-    R *typed = nullptr;
-    const int result = get(&typed, count, keyValues);
     *records = typed;
     return result;
 }
@@ -292,6 +286,13 @@ template <typename R, void (*clean)(R **)> void CleanUntyped(void *records, int)
 template <typename R, void (*clean)(R **, int)> void CleanUntyped(void *records, int count) {
     auto *typed = static_cast<R *>(records);
     clean(&typed, count);
+}
+template <typename R, int (*get)(R **, int *, CMPIString *const *)>
+int GetUntyped(void **records, int *count, CMPIString *const *keyValues) {
+    R *typed = nullptr;
+    const int result = get(&typed, count, keyValues);
+    *records = typed;
+    return result;
 }
 
 // All classes, for whoever needs to walk them, as the schema's generator does: the linker gathers the
