@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr uint32_t fans = 0x01010001, slots = 0x01030005, monitored = 0x01060001;
+constexpr uint32_t fans = 0x01010001, slots = 0x01030005;
 
 /// What a call gave, freed as its callers have to.
 struct Node {
@@ -75,18 +75,6 @@ TEST_F(SampleServer, HasAsManyInstancesAsTheCountParameterSays) {
     }
     Node without_status;
     EXPECT_NE(without_status.read_instance(slots, 4), 0) << "nothing is known of a fifth slot";
-}
-
-TEST_F(SampleServer, NumbersStatesByTheValuesOfTheStatusParameter) {
-    Node component, instance;
-    ASSERT_EQ(component.read_component(monitored), 0);
-    ASSERT_EQ(instance.read_instance(monitored, 2), 0);
-    for (const Node *node : {&component, &instance}) {
-        ASSERT_EQ(node->state_count, 4u);
-        EXPECT_STREQ(node->texts[node->health], "Error");
-        EXPECT_STREQ(node->texts[node->gel], "OK") << "the LED knows nothing of what the agent tells";
-        EXPECT_STREQ(node->texts[node->css], "OK");
-    }
 }
 
 TEST_F(SampleServer, RefusesNodesAndPlacesThatAreNotThere) {
