@@ -13,7 +13,10 @@ using ResponseData = std::vector<uint8_t>;
 /// Completion codes of the IPMI standard, as far as they occur here.
 enum CompletionCodes : uint8_t {
     IpmiOk = 0x00,
+    IpmiEraseInProgress = 0x81, ///< of the commands for the system event log
     IpmiInvalidCommand = 0xC1,
+    IpmiOutOfSpace = 0xC4,
+    IpmiReservationCancelled = 0xC5,
     IpmiRequestLengthInvalid = 0xC7,
     IpmiNotPresent = 0xCB,
     IpmiInvalidDataField = 0xCC,
@@ -35,6 +38,11 @@ enum ThresholdBits : uint8_t {
     AboveUpperCritical = 0x10,
     AboveUpperNonRecoverable = 0x20,
 };
+
+/// What the libraries send on their own.
+constexpr uint8_t storage_net_function = 0x0A;
+constexpr uint8_t get_sel_info_command = 0x40;
+constexpr uint8_t get_sel_allocation_info_command = 0x41;
 
 /// Does what one command asks for: takes the data bytes behind the command, and behind the sub-command where
 /// there is one, appends the response's data and gives the completion code.

@@ -133,7 +133,7 @@ INSERT INTO sensor_reading (SensorNumber, State) VALUES
     (0x90, 1), (0x91, 1), (0x92, 0), (0x93, 1), (0x94, 2), (0x95, 4), (0x96, 1), (0x97, 2),
     (0xA0, 0x80), (0xA1, 0x80), (0xB0, 0x40), (0xC0, 0), (0xD0, 1),
     (0xE0, 0x0012), (0xE1, 0), (0xE2, 0), (0xE3, 1), (0xE4, 0), (0xE5, 0), (0xE6, 0), (0xE7, 0x0003);
-INSERT INTO simulation VALUES (1, 1);
+INSERT INTO simulation (id, Walk) VALUES (1, 1);
 
 INSERT INTO power_supply (PresenceSensor, StatusSensor, PowerSensor, FruDeviceId, EntityInstance, Designation)
 VALUES

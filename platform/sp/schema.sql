@@ -227,11 +227,13 @@ CREATE TABLE sensor_reading (
     Maximum INTEGER NOT NULL DEFAULT 255
 );
 
--- With `Walk` 0 readings stand still.
+-- With `Walk` 0 readings stand still, and with a `StoppedAt` (seconds since 1970) the clock does.
 CREATE TABLE simulation (
     id INTEGER PRIMARY KEY CHECK (id = 1),
-    Walk INTEGER NOT NULL
+    Walk INTEGER NOT NULL,
+    StoppedAt INTEGER
 );
+CREATE VIEW clock AS SELECT coalesce(StoppedAt, unixepoch()) AS Now FROM simulation;
 
 -- Fans' speeds at their maximum, by the number of the speed sensor: at the last fan test, and when they were
 -- new.
@@ -322,4 +324,96 @@ CREATE TRIGGER watch_agent AFTER UPDATE OF AgentConnected ON service_processor
 BEGIN
     UPDATE component_parameter SET Value = iif(NEW.AgentConnected, 1, 2)
         WHERE ParameterGroup = 'TqAgent' AND Name = 'ComponentSignalStatus';
+END;
+
+-- Record logs
+
+-- An entry of the system event log. Its error code is the kind of event: the IPMI sensor type, the event type
+-- with the direction in bit 7, and the offset, each a byte. A kind that isn't in `sel_event` and `sel_text` is
+-- shown as unknown.
+CREATE TABLE sel (
+    RecordId INTEGER PRIMARY KEY,
+    TimeStamp INTEGER NOT NULL, -- seconds since 1970
+    ErrorCode INTEGER NOT NULL,
+    Device TEXT NOT NULL        -- where it happened
+);
+CREATE INDEX sel_by_ipmi_record_id ON sel (RecordId & 0xFFFF);
+
+CREATE TABLE sel_event (
+    ErrorCode INTEGER PRIMARY KEY,
+    Flags INTEGER NOT NULL, -- 0x80 the customer can replace the part; severity 0x00, 0x10, 0x20, 0x30 critical
+    AlertGroup INTEGER NOT NULL
+);
+
+-- Texts of a kind of event. Causes and resolutions are lists with a text on each line.
+CREATE TABLE sel_text (
+    ErrorCode INTEGER NOT NULL,
+    Language INTEGER NOT NULL, -- locale identifier: 1033 English, 1031 German
+    Message TEXT NOT NULL,     -- %s stands for the device
+    Summary TEXT NOT NULL,
+    Causes TEXT NOT NULL,
+    Resolutions TEXT NOT NULL,
+    PRIMARY KEY (ErrorCode, Language)
+) WITHOUT ROWID;
+
+-- The entries as the OEM DB hands them out.
+CREATE VIEW sel_row AS
+    SELECT RecordId, TimeStamp, sel.ErrorCode, coalesce(Flags, 0) AS Flags, coalesce(AlertGroup, 0) AS AlertGroup,
+        coalesce(replace(Message, '%s', Device), printf('%s: unknown event 0x%06X', Device, sel.ErrorCode)) AS Message,
+        Summary, replace(Causes, char(10), char(0)) AS Causes, replace(Resolutions, char(10), char(0)) AS Resolutions
+    FROM sel LEFT JOIN sel_event ON sel_event.ErrorCode = sel.ErrorCode
+        LEFT JOIN sel_text ON sel_text.ErrorCode = sel.ErrorCode AND Language = 1033;
+
+CREATE TABLE sel_state (
+    id INTEGER PRIMARY KEY CHECK (id = 1),
+    Capacity INTEGER NOT NULL,                  -- entries of 16 bytes
+    LastAddition INTEGER NOT NULL,              -- seconds since 1970, as the other times
+    LastErase INTEGER NOT NULL,
+    EraseSeconds INTEGER NOT NULL DEFAULT 0,    -- how long erasing takes
+    EraseEnd INTEGER NOT NULL DEFAULT 0,
+    HasReservations INTEGER NOT NULL DEFAULT 1, -- 0: it doesn't know them, and needs none
+    Reservation INTEGER NOT NULL DEFAULT 0,     -- that was given last
+    IsReserved INTEGER NOT NULL DEFAULT 0       -- it isn't cancelled yet
+);
+
+-- A new entry cancels the reservation.
+CREATE TRIGGER add_sel_entry AFTER INSERT ON sel
+BEGIN
+    UPDATE sel_state SET LastAddition = NEW.TimeStamp, IsReserved = 0;
+END;
+
+-- The log is erased by    UPDATE sel_state SET LastErase = unixepoch()
+CREATE TRIGGER erase_sel AFTER UPDATE OF LastErase ON sel_state
+BEGIN
+    DELETE FROM sel;
+    UPDATE sel_state SET IsReserved = 0, EraseEnd = NEW.LastErase + EraseSeconds;
+END;
+
+-- The languages that the system event log can be had in.
+CREATE TABLE supported_language (
+    position INTEGER PRIMARY KEY,
+    Language INTEGER NOT NULL
+);
+
+-- An entry of the internal event log: what the service processor notes of itself and its users.
+CREATE TABLE iel (
+    RecordId INTEGER PRIMARY KEY,
+    TimeStamp INTEGER NOT NULL,
+    Flags INTEGER NOT NULL DEFAULT 0, -- as in `sel_event`
+    ErrorCode INTEGER NOT NULL DEFAULT 0,
+    AlertGroup INTEGER NOT NULL DEFAULT 0,
+    LanguageCode INTEGER NOT NULL DEFAULT 1033,
+    Message TEXT NOT NULL
+);
+
+CREATE TABLE iel_state (
+    id INTEGER PRIMARY KEY CHECK (id = 1),
+    Capacity INTEGER NOT NULL,
+    LastErase INTEGER NOT NULL
+);
+
+-- It is erased in the same way.
+CREATE TRIGGER erase_iel AFTER UPDATE OF LastErase ON iel_state
+BEGIN
+    DELETE FROM iel;
 END;

@@ -158,7 +158,8 @@ void create_store(const std::string &path, bool replace) {
         const std::string marks = "PRAGMA application_id = " + std::to_string(ApplicationId) +
                                   "; PRAGMA user_version = " + std::to_string(SchemaVersion) + ";";
         execute(database,
-                std::string("BEGIN;") + schema_sql + sample_sql + marks + "COMMIT; PRAGMA journal_mode = WAL",
+                std::string("BEGIN;") + schema_sql + sample_sql + sample_logs_sql + marks +
+                    "COMMIT; PRAGMA journal_mode = WAL",
                 path);
     }
     // A log that is left of a store of before must not be applied to this one. A link never replaces a file

@@ -192,11 +192,6 @@ int EnumerateSensorSettings(int rowCount, R **records, int *count, int namesOnly
 
 // --- Rows
 
-// The number of rows that there are, whatever an odd count says.
-template <typename Row> int UsedRows(const Row *rows, int count) {
-    return rows == nullptr || count < 0 ? 0 : count;
-}
-
 // The full SDRs of a sensor type and entity (255 for any), for the caller to free. 0, or -1 with no rows on
 // failure. The second opens a handle of its own.
 int GetFullSdrs(std::uint32_t handle, int sensorType, int entityId, FullSdrRow **rows, int *count);

@@ -294,10 +294,17 @@ CMPIStatus SetArray(const CMPIBroker *broker, const CMPIInstance *inst, const Pr
     return st;
 }
 
+// A date-time's microseconds: of a field of 32 bits, which holds seconds, or of 64 bits, which holds them.
+CMPIUint64 MicrosecondsAt(const void *record, FieldPlace field) {
+    constexpr CMPIUint64 microseconds_per_second = 1'000'000;
+    CMPIUint64 value = 0;
+    std::memcpy(&value, TextAt(record, field), field.size);
+    return field.size == sizeof(std::uint32_t) ? value * microseconds_per_second : value;
+}
+
 CMPIStatus SetDateTime(const CMPIBroker *broker, const CMPIInstance *inst, const PropertyColumn &property,
                        const void *record) {
-    CMPIUint64 microseconds;
-    std::memcpy(&microseconds, TextAt(record, property.field), sizeof microseconds);
+    const CMPIUint64 microseconds = MicrosecondsAt(record, property.field);
     if (microseconds == null_datetime) {
         return CMSetProperty(inst, property.name, nullptr, property.type);
     }
@@ -368,8 +375,12 @@ void SetUntested(const CMPIBroker *broker, const CMPIInstance *inst, const Prope
     if ((property.type & CMPI_ARRAY) != 0) {
         PH_OEM_SetPropertyArray(broker, inst, properties, property.name, place, ElementsAt(record, property),
                                 property.type, property.flags, property.stride);
-    } else if (property.type == CMPI_chars || property.type == CMPI_dateTime) {
+    } else if (property.type == CMPI_chars) {
         PH_OEM_SetProperty(broker, inst, properties, property.name, place, property.type, property.flags);
+    } else if (property.type == CMPI_dateTime) {
+        const CMPIUint64 microseconds = MicrosecondsAt(record, property.field);
+        PH_OEM_SetProperty(broker, inst, properties, property.name, &microseconds, property.type,
+                           property.flags);
     } else {
         const CMPIValue value = IntegerAt(record, property.field, property.type);
         PH_OEM_SetProperty(broker, inst, properties, property.name, &value, property.type, property.flags);
@@ -442,21 +453,58 @@ void ReturnMethodValue(const CMPIResult *rslt, CMPIUint32 value) {
     CMReturnDone(rslt);
 }
 
+CMPIStatus AnswerMethod(CMPIUint32 (*invoke)(const MethodCall &call, CMPIStatus &status),
+                        const MethodCall &call, const CMPIResult *rslt) {
+    CMPIStatus status = {CMPI_RC_OK, nullptr};
+    ReturnMethodValue(rslt, invoke(call, status));
+    return status;
+}
+
+namespace {
+
+// Whether a method may be called on the path; `status` says why not. A key that came as an integer has no
+// text, which no method can work with.
+bool CheckMethodPath(const ClassTable &table, const CMPIBroker *broker, const CMPIObjectPath *cop,
+                     CMPIString *(&keyValues)[max_keys], CMPIStatus &status) {
+    const char *names[max_keys];
+    const char *message = nullptr;
+    if (PH_OEM_CheckForValidObjectPath(broker, cop, KeyNames(table, names), keyValues,
+                                       static_cast<int>(table.record.keys.size()), &status) != 0) {
+        message = table.badMethodPath;
+    }
+    for (std::size_t i = 0; i < table.record.keys.size() && message == nullptr; ++i) {
+        const char *text = keyValues[i] == nullptr ? nullptr : CMGetCharsPtr(keyValues[i], nullptr);
+        if (text == nullptr || (*text == '\0' && table.emptyMethodKey != nullptr)) {
+            message = table.emptyMethodKey != nullptr ? table.emptyMethodKey : table.badMethodPath;
+        }
+    }
+    if (message != nullptr) {
+        TRACE_CLASS(TraceFailure, "%s", message);
+        SetStatus(broker, &status, CMPI_RC_ERR_FAILED, message);
+    }
+    return message == nullptr;
+}
+
+} // namespace
+
 CMPIStatus InvokeMethod(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *ctx,
                         const CMPIObjectPath *cop, const char *method, const CMPIArgs *in,
                         const CMPIResult *rslt, CMPIArgs *out) {
     TRACE_CLASS(TraceProgress, "Entering PH_OEM_IM_%s", table.name);
     CMPIStatus status = {CMPI_RC_OK, nullptr};
+    CMPIString *keyValues[max_keys] = {};
+    if (table.badMethodPath != nullptr && !CheckMethodPath(table, broker, cop, keyValues, status)) {
+        ReturnMethodValue(rslt, table.noSuchMethod);
+        return status;
+    }
     const auto found = std::ranges::find_if(table.methods, [=](const MethodColumn &row) {
         return method != nullptr && strcasecmp(row.name, method) == 0;
     });
-    CMPIUint32 value = table.noSuchMethod;
     if (found != table.methods.end() && found->invoke != nullptr) {
-        value = found->invoke({broker, ctx, cop, in, out}, status);
-    } else {
-        TRACE_CLASS(TraceFailure, "No such method available");
-        SetStatus(broker, &status, CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available");
+        return AnswerMethod(found->invoke, {broker, ctx, cop, in, out, keyValues}, rslt);
     }
-    ReturnMethodValue(rslt, value);
+    TRACE_CLASS(TraceFailure, "No such method available");
+    SetStatus(broker, &status, CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available");
+    ReturnMethodValue(rslt, table.noSuchMethod);
     return status;
 }

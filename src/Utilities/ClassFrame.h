@@ -44,7 +44,7 @@ template <typename R> struct Key {
 // A property other than the keys. The field's form follows from the type:
 //   CMPI_chars       an inline, terminated text
 //   integers, boolean  an integer of any width, cut or extended to the type's
-//   CMPI_dateTime    a uint64 of microseconds, all bits set for null
+//   CMPI_dateTime    a uint64 of microseconds, all bits set for null; or a uint32 of seconds
 //   CMPI_uint16A     a value list of int32
 //   CMPI_stringA     a list of pointers or, with a stride, of inline texts
 // An empty list is null. In the classes whose settings aren't tested, arrays follow PH_OEM_SetPropertyArray:
@@ -156,6 +156,7 @@ struct MethodCall {
     const CMPIObjectPath *cop;
     const CMPIArgs *in;
     CMPIArgs *out;
+    CMPIString *const *keyValues = nullptr; // of the path, in the classes that check it for methods
 };
 
 // An extrinsic method. Its return value goes to the client; `status` starts at success.
@@ -220,6 +221,12 @@ struct ClassTable {
     // For GetInstance, in place of the Enum where one instance is read without all others: no record when
     // there is no such instance. 0, or -1 on failure.
     int (*get)(void **records, int *count, CMPIString *const *keyValues) = nullptr;
+
+    // What a client is told of a bad path before a method is looked up, with the return value of an unknown
+    // method, and of a key that is empty. Without the first, paths of methods aren't checked; without the
+    // second an empty key is a key like others.
+    const char *badMethodPath = nullptr;
+    const char *emptyMethodKey = nullptr;
 };
 
 // The operations of a class; their arguments are those of the exported operations of a class.
@@ -237,6 +244,10 @@ void EnumerateInstanceNames(const ClassTable &table, const CMPIBroker *broker, c
 
 // Gives a method's return value to the client, and ends the answer.
 void ReturnMethodValue(const CMPIResult *rslt, CMPIUint32 value);
+
+// Calls a method and gives its return value to the client.
+CMPIStatus AnswerMethod(CMPIUint32 (*invoke)(const MethodCall &call, CMPIStatus &status),
+                        const MethodCall &call, const CMPIResult *rslt);
 
 // InvokeMethod of a class, with the arguments of its PH_OEM_IM_<C>.
 CMPIStatus InvokeMethod(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *ctx,
@@ -339,10 +350,12 @@ std::span<const ClassTable *const> AllClasses();
                                       const CMPIObjectPath *cop, const CMPIInstance *inst,                   \
                                       const char **properties)
 
-#define DECLARE_METHODS(C)                                                                                   \
-    EXPORTED CMPIStatus PH_OEM_IM_##C(const CMPIBroker *broker, void *handle, const CMPIContext *ctx,        \
-                                      const CMPIObjectPath *cop, const char *method, const CMPIArgs *in,     \
-                                      const CMPIResult *rslt, CMPIArgs *out)
+// One method, or those of a class, that the library exports.
+#define DECLARE_METHOD(name)                                                                                 \
+    EXPORTED CMPIStatus name(const CMPIBroker *broker, void *handle, const CMPIContext *ctx,                 \
+                             const CMPIObjectPath *cop, const char *method, const CMPIArgs *in,              \
+                             const CMPIResult *rslt, CMPIArgs *out)
+#define DECLARE_METHODS(C) DECLARE_METHOD(PH_OEM_IM_##C)
 
 // Exports the operations of a class. It needs the tables `keys` and `properties`, and a text for the schema that says
 // what an instance is; further columns of the ClassTable follow as designated initialisers.
@@ -406,6 +419,14 @@ std::span<const ClassTable *const> AllClasses();
                              const CMPIObjectPath *cop, const char *method, const CMPIArgs *in,              \
                              const CMPIResult *rslt, CMPIArgs *out) {                                        \
         return InvokeMethod(C##Class, broker, ctx, cop, method, in, rslt, out);                              \
+    }                                                                                                        \
+    static_assert(true)
+
+// Exports one method under its own name; `invoke` is that of its row in the table.
+#define EXPORT_METHOD(name, invoke)                                                                          \
+    CMPIStatus name(const CMPIBroker *broker, void *, const CMPIContext *ctx, const CMPIObjectPath *cop,     \
+                    const char *, const CMPIArgs *in, const CMPIResult *rslt, CMPIArgs *out) {               \
+        return AnswerMethod(invoke, {broker, ctx, cop, in, out}, rslt);                                      \
     }                                                                                                        \
     static_assert(true)
 // clang-format on

@@ -168,16 +168,16 @@ bool CheckPath(Modification &modification, const CMPIObjectPath *cop) {
 bool SortChanges(Modification &modification, const CMPIContext *ctx, const CMPIObjectPath *cop,
                  const char **properties, ModifiablePropertyList &changes) {
     const ModifyTexts &texts = modification.modify.texts;
-    const bool needsInstance = modification.modify.variant == ModifyVariant::CurrentInstance;
-    if (!needsInstance && !CheckPath(modification, cop)) {
+    const ModifyVariant variant = modification.modify.variant;
+    if (variant != ModifyVariant::CurrentInstance && !CheckPath(modification, cop)) {
         return false;
     }
     const CMPIInstance *current = nullptr;
-    if (needsInstance || properties == nullptr) {
+    if (variant != ModifyVariant::CheckPath || properties == nullptr) {
         current = CBGetInstance(modification.broker, ctx, cop, nullptr, nullptr);
-    }
-    if (needsInstance && current == nullptr) {
-        return Refuse(modification, texts.noInstance);
+        if (current == nullptr && texts.noInstance.format != nullptr) {
+            return Refuse(modification, texts.noInstance);
+        }
     }
     ModifiablePropertyList defaults{};
     for (const ModifiableProperty &property : modification.modify.properties) {
@@ -208,14 +208,6 @@ bool OpenSession(Modification &modification, IpmiSession *session) {
 
 namespace {
 
-// Reads the new value: a text by the pointer form of the getter, since the other copies without a bound.
-bool ReadNewValue(const CMPIInstance *inst, const ModifiableProperty &property, CMPIValue &value) {
-    const bool isText = property.readAs == CMPI_chars || property.readAs == CMPI_string;
-    const CMPIType type = isText ? CMPIType{CMPI_string} : property.readAs;
-    return ZBR_CIM_GetValueFromInstance(inst, property.name, &value, type) == 0 &&
-           (!isText || value.chars != nullptr);
-}
-
 // Writes the value that was read; 0 on success.
 int Write(IpmiSession *session, const ModifiableProperty &property, CMPIValue value) {
     if (property.write != nullptr) {
@@ -233,6 +225,15 @@ int Write(IpmiSession *session, const ModifiableProperty &property, CMPIValue va
 
 } // namespace
 
+// A text comes by the pointer form of the getter, since the other copies without a bound.
+bool ReadNewValue(Modification &modification, const ModifiableProperty &property, CMPIValue &value) {
+    const bool isText = property.readAs == CMPI_chars || property.readAs == CMPI_string;
+    const CMPIType type = isText ? CMPIType{CMPI_string} : property.readAs;
+    const bool isRead = ZBR_CIM_GetValueFromInstance(modification.inst, property.name, &value, type) == 0 &&
+                        (!isText || value.chars != nullptr);
+    return isRead || Refuse(modification, modification.modify.texts.unreadable, property.name);
+}
+
 bool ApplyChange(Modification &modification, IpmiSession *session, const ModifiableProperty &property,
                  const CMPIData &data) {
     const ModifyTexts &texts = modification.modify.texts;
@@ -242,8 +243,8 @@ bool ApplyChange(Modification &modification, IpmiSession *session, const Modifia
                Refuse(modification, texts.unwritable, writtenName, -1);
     }
     CMPIValue value{};
-    if (!ReadNewValue(modification.inst, property, value)) {
-        return Refuse(modification, texts.unreadable, property.name);
+    if (!ReadNewValue(modification, property, value)) {
+        return false;
     }
     const int result = Write(session, property, value);
     return result == 0 || Refuse(modification, texts.unwritable, writtenName, result);

@@ -68,7 +68,7 @@ struct StatusText {
 
 // What the client is told.
 struct ModifyTexts {
-    StatusText noInstance; // where the current instance is needed
+    StatusText noInstance; // the current instance can't be read; with a NULL text it does without
     StatusText notSorted;  // the helper library failed
     StatusText refused;    // names that can't be changed
     StatusText noSession;  // a NULL text leaves rc 0: the failure is only traced
@@ -81,7 +81,8 @@ struct ModifyTexts {
 // Which first steps come before the list of changes.
 enum class ModifyVariant : std::uint8_t {
     CheckPath, // the path is checked; the current instance is read only for a client without a property list
-    CurrentInstance, // the current instance is read, and has to be there
+    CurrentInstance,      // the current instance is read
+    CheckPathAndInstance, // both, with and without a property list
 };
 
 struct ModifyTable {
@@ -130,6 +131,9 @@ bool SortChanges(Modification &modification, const CMPIContext *ctx, const CMPIO
                  const char **properties, ModifiablePropertyList &changes);
 // Opens the session of the caller, who closes it.
 bool OpenSession(Modification &modification, IpmiSession *session);
+// Reads one new value in the type that the property says: a text as a pointer, which lives as long as the
+// instance.
+bool ReadNewValue(Modification &modification, const ModifiableProperty &property, CMPIValue &value);
 // Reads one new value and writes it.
 bool ApplyChange(Modification &modification, IpmiSession *session, const ModifiableProperty &property,
                  const CMPIData &data);

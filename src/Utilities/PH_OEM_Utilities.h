@@ -49,9 +49,10 @@ EXPORTED int PH_OEM_SendIPMICommand(std::uint8_t netFnLun, std::uint8_t cmd, con
                                     std::uint32_t requestLength, std::uint8_t *response,
                                     std::uint32_t *responseLength);
 
-// Net function and LUN of the commands that are sent: the chassis commands of the IPMI standard, and those of
-// this service processor, whose requests begin with the same three bytes.
+// Net function and LUN of the commands that are sent: the chassis and storage commands of the IPMI standard,
+// and those of this service processor, whose requests begin with the same three bytes.
 constexpr std::uint8_t chassis_netfn = 0x00;
+constexpr std::uint8_t storage_netfn = 0x28;
 constexpr std::uint8_t oem_netfn = 0xB8;
 
 // --- The request's object path

@@ -1,4 +1,4 @@
-// The block of records that an Enum delivers.
+// The block of records that an Enum delivers, and the rows that it is made of.
 #pragma once
 
 #include "Utilities/Owners.h"
@@ -9,6 +9,11 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+
+// The number of rows that there are, whatever an odd count says.
+template <typename Row> int UsedRows(const Row *rows, int count) {
+    return rows == nullptr || count < 0 ? 0 : count;
+}
 
 // `count` zeroed records, or NULL with a trace line of the caller's file.
 template <typename R>

@@ -1,6 +1,7 @@
 // Bounded copies between the fixed text fields of rows and records.
 #pragma once
 
+#include <cstdarg>
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
@@ -26,6 +27,15 @@ template <std::size_t N> void EndText(char (&text)[N]) {
 // From a terminated text to a record's field.
 template <std::size_t N> void SetText(char (&destination)[N], const char *source) {
     CopyBounded(destination, N, source, static_cast<std::size_t>(-1));
+}
+
+// A formatted text, cut where it doesn't fit.
+template <std::size_t N>
+__attribute__((format(printf, 2, 3))) void FormatText(char (&destination)[N], const char *format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(destination, N, format, arguments);
+    va_end(arguments);
 }
 
 // A text with the name in a row's field for its %s, cut where it doesn't fit.

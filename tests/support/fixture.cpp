@@ -21,7 +21,7 @@ struct Folder {
         sp::use_store(sample());
         sp::sql("UPDATE configuration_variable SET value = 256 + 512 WHERE id = " +
                 std::to_string(sp::trace_mask_variable));
-        sp::sql("UPDATE simulation SET Walk = 0");  // readings stand still
+        sp::sql("UPDATE simulation SET Walk = 0, StoppedAt = 1780000000"); // readings and clock stand still
         sp::sql("PRAGMA wal_checkpoint(TRUNCATE)"); // copies of the file alone must be whole
         std::ofstream{trace()};
     }

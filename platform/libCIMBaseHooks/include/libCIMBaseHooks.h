@@ -2,6 +2,7 @@
 #pragma once
 
 #include <assert.h>
+#include <stddef.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -44,6 +45,26 @@ typedef struct ChassisStatus {
 
 /// Reads the chassis status. 0 on success.
 int LIBIPMI_HL_GetChassisStatus(IpmiSession *session, int timeout, ChassisStatus *status);
+
+/// The response to IPMI's Get SEL Info. Numbers are little-endian and not aligned.
+typedef struct SelInfo {
+    uint8_t CompletionCode;
+    uint8_t Version;
+    uint8_t Entries[2];
+    uint8_t FreeSpace[2];
+    uint8_t LastAddition[4]; ///< seconds since 1970
+    uint8_t LastErase[4];    ///< seconds since 1970
+    uint8_t OperationSupport;
+} SelInfo;
+
+static_assert(offsetof(SelInfo, Entries) == 2, "");
+static_assert(offsetof(SelInfo, LastAddition) == 6, "");
+static_assert(offsetof(SelInfo, LastErase) == 10, "");
+static_assert(sizeof(SelInfo) == 15, "");
+
+/// Reads the state of the system event log. 0 on success; in the low byte of another result is the completion
+/// code, 0x81 while the log is being erased.
+int CIM_GetSELInfo(IpmiSession *session, SelInfo *info, int timeout);
 
 /// Stores the IPv4 address of a LAN channel, in network byte order as `inet_ntop` takes it. 0 on success.
 int LIBIPMI_HL_GetIPv4Address(IpmiSession *session, uint32_t *address, int channel, int timeout);

@@ -1,5 +1,7 @@
 #include <arpa/inet.h>
 
+#include <algorithm>
+
 #include "ipmi.h"
 #include "libCIMBaseHooks.h"
 #include "standin.h"
@@ -17,6 +19,18 @@ int LIBIPMI_HL_GetChassisStatus(IpmiSession *session, int, ChassisStatus *status
         }
         *status = {static_cast<uint8_t>(query.number(0)), {}};
         return 0;
+    });
+}
+
+int CIM_GetSELInfo(IpmiSession *session, SelInfo *info, int) {
+    return call("CIM_GetSELInfo", {}, [&] {
+        if (!is_open(session) || info == nullptr) {
+            return NoAnswer;
+        }
+        const ResponseData answer = execute_ipmi(storage_net_function, get_sel_info_command, {});
+        *info = {};
+        std::copy_n(answer.begin(), std::min(answer.size(), sizeof *info), reinterpret_cast<uint8_t *>(info));
+        return answer.front() == IpmiOk ? 0 : CompletionCode + answer.front();
     });
 }
 

@@ -5,7 +5,9 @@
 /// time-out is always 30.
 #pragma once
 
+#include <assert.h>
 #include <cmpidt.h>
+#include <stddef.h>
 #include <stdint.h>
 
 #include "libCIMBaseHooks.h"
@@ -73,6 +75,52 @@ int ZBR_CIM_SetBIOSRecoveryFlash(IpmiSession *session, uint8_t value, int timeou
 
 /// Sets the power-on hours counter to zero.
 int ZBR_CIM_ResetPowerOnHours(IpmiSession *session, int timeout);
+
+// Record logs
+
+/// The state of the internal event log. Numbers are little-endian and not aligned; more may follow than is
+/// known here.
+typedef struct IelInfo {
+    uint8_t reserved0[2];
+    uint8_t MaximumEntries[2];
+    uint8_t LastErase[4]; ///< seconds since 1970
+    uint8_t Flags;        ///< bit 7: the log never overwrites
+    uint8_t Entries[2];
+    uint8_t reserved11[53];
+} IelInfo;
+
+static_assert(offsetof(IelInfo, MaximumEntries) == 2, "");
+static_assert(offsetof(IelInfo, LastErase) == 4, "");
+static_assert(offsetof(IelInfo, Flags) == 8, "");
+static_assert(offsetof(IelInfo, Entries) == 9, "");
+
+int ZBR_CIM_GetIELInfo(IpmiSession *session, IelInfo *info, int timeout);
+
+/// What IPMI's Get SEL Allocation Info tells: the number of possible allocation units, their size in bytes,
+/// how many of them are free, the size of the largest free block and of the largest record, both in units.
+/// All but the first may be NULL.
+int ZBR_CIM_GET_SEL_ALLOCATION_INFO(IpmiSession *session, uint16_t *units, uint16_t *unitSize,
+                                    uint16_t *freeUnits, uint16_t *largestFree, uint8_t *largestRecord,
+                                    int timeout);
+
+/// Room for the languages of `ZBR_CIM_GetSupportedLanguages`.
+enum { SUPPORTED_LANGUAGES_SIZE = 16 };
+
+/// The codes of the languages that the texts of the system event log can be had in.
+int ZBR_CIM_GetSupportedLanguages(IpmiSession *session, uint8_t *count, uint16_t *languages, int timeout);
+
+/// The message of an entry of the system event log in a language. `*length` holds the size of `buffer` on
+/// entry and the length of the text on return. The one is passed as it stands.
+int ZBR_CIM_InterpretSELEntryAsText(IpmiSession *session, uint16_t recordId, uint16_t language, int one,
+                                    char *buffer, uint16_t *length, int timeout);
+
+/// The kinds of text that an error code has.
+enum SelTextKind { SelTextResolutions = 2, SelTextSummary = 3, SelTextCauses = 4 };
+
+/// A text for an error code in a language. Causes and resolutions come as a text list: a run of terminated
+/// texts that an empty one ends. `*length` is as that of `ZBR_CIM_InterpretSELEntryAsText`.
+int ZBR_CIM_GetSELTextFromErrCode(IpmiSession *session, uint32_t errorCode, int kind, uint16_t language,
+                                  int one, char *buffer, uint16_t *length, int timeout);
 
 // Getters. `out` gets a plain value of the asked type, by it:
 //   integer, real, char16      its C type

@@ -184,6 +184,53 @@ static_assert(offsetof(FruDeviceSdrRow, FruDeviceId) == 264, "");
 static_assert(offsetof(FruDeviceSdrRow, DeviceType) == 268, "");
 static_assert(sizeof(FruDeviceSdrRow) == 560, "");
 
+/// An entry of the system event log. A text list is a run of terminated texts that an empty one ends.
+typedef struct SelRow {
+    int32_t RecordId; ///< the translation library takes the low 16 bits
+    uint32_t TimeStamp;
+    int32_t Flags; ///< bit 7: the customer can replace the part; bits 4 to 6: severity
+    uint32_t ErrorCode;
+    uint8_t reserved16[16];
+    char Message[512]; ///< in English, as the other texts
+    char Summary[512];
+    char Causes[512];      ///< text list
+    char Resolutions[512]; ///< text list
+    int32_t AlertGroup;    ///< in the low 16 bits
+    uint8_t reserved2084[4];
+} SelRow;
+
+static_assert(offsetof(SelRow, RecordId) == 0, "");
+static_assert(offsetof(SelRow, TimeStamp) == 4, "");
+static_assert(offsetof(SelRow, Flags) == 8, "");
+static_assert(offsetof(SelRow, ErrorCode) == 12, "");
+static_assert(offsetof(SelRow, Message) == 32, "");
+static_assert(offsetof(SelRow, Summary) == 544, "");
+static_assert(offsetof(SelRow, Causes) == 1056, "");
+static_assert(offsetof(SelRow, Resolutions) == 1568, "");
+static_assert(offsetof(SelRow, AlertGroup) == 2080, "");
+static_assert(sizeof(SelRow) == 2088, "");
+
+/// An entry of the internal event log.
+typedef struct IelRow {
+    int32_t RecordId;
+    uint32_t TimeStamp;
+    int32_t Flags; ///< as those of the system event log
+    uint32_t ErrorCode;
+    int32_t AlertGroup; ///< in the low 16 bits
+    uint16_t LanguageCode;
+    uint8_t reserved22[6];
+    char Message[512];
+} IelRow;
+
+static_assert(offsetof(IelRow, RecordId) == 0, "");
+static_assert(offsetof(IelRow, TimeStamp) == 4, "");
+static_assert(offsetof(IelRow, Flags) == 8, "");
+static_assert(offsetof(IelRow, ErrorCode) == 12, "");
+static_assert(offsetof(IelRow, AlertGroup) == 16, "");
+static_assert(offsetof(IelRow, LanguageCode) == 20, "");
+static_assert(offsetof(IelRow, Message) == 28, "");
+static_assert(sizeof(IelRow) == 540, "");
+
 /// Room for the text of `zbr_oemdb_get_sys_info`.
 enum { SYSTEM_GUID_SIZE = 256 };
 
@@ -225,6 +272,14 @@ int zbr_oemdb_get_specific_compact_sdrs_ex(uint32_t handle, int sensorType, int 
 
 /// Fills the caller's row with the full SDR of a sensor number. No such sensor is a failure.
 int zbr_oemdb_get_full_sdr_info_by_sensor_num(uint32_t handle, uint32_t sensorNumber, FullSdrRow *row);
+
+/// All entries of a log, the oldest first.
+int zbr_oemdb_get_all_sel_rec(uint32_t handle, int *count, SelRow **rows);
+int zbr_oemdb_get_all_iel_rec(uint32_t handle, int *count, IelRow **rows);
+
+/// The entry with that record id; without one the count is 0, and that is a success.
+int zbr_oemdb_get_sel_rec(uint32_t handle, int32_t recordId, int *count, SelRow **row);
+int zbr_oemdb_get_iel_rec(uint32_t handle, int32_t recordId, int *count, IelRow **row);
 
 #ifdef __cplusplus
 }

@@ -76,6 +76,21 @@ const std::string of_type_and_entity =
 const std::string specific_full_sdrs = select(full_sdr_fields, "full_sdr" + of_type_and_entity);
 const std::string specific_compact_sdrs = select(compact_sdr_fields, "compact_sdr" + of_type_and_entity);
 
+constexpr Field sel_fields[] = {
+    SP_FIELD(SelRow, RecordId),  SP_FIELD(SelRow, TimeStamp),   SP_FIELD(SelRow, Flags),
+    SP_FIELD(SelRow, ErrorCode), SP_FIELD(SelRow, Message),     SP_FIELD(SelRow, Summary),
+    SP_FIELD(SelRow, Causes),    SP_FIELD(SelRow, Resolutions), SP_FIELD(SelRow, AlertGroup),
+};
+constexpr Field iel_fields[] = {
+    SP_FIELD(IelRow, RecordId),  SP_FIELD(IelRow, TimeStamp),  SP_FIELD(IelRow, Flags),
+    SP_FIELD(IelRow, ErrorCode), SP_FIELD(IelRow, AlertGroup), SP_FIELD(IelRow, LanguageCode),
+    SP_FIELD(IelRow, Message),
+};
+const std::string all_sel = select(sel_fields, "sel_row ORDER BY RecordId");
+const std::string one_sel = select(sel_fields, "sel_row WHERE RecordId = ?");
+const std::string all_iel = select(iel_fields, "iel ORDER BY RecordId");
+const std::string one_iel = select(iel_fields, "iel WHERE RecordId = ?");
+
 /// All rows of a table's query for a caller with an open handle: 0, or 1 on failure.
 template <class Row>
 int rows_of(uint32_t handle, const std::string &query, std::initializer_list<Value> values,
@@ -172,4 +187,24 @@ int zbr_oemdb_get_full_sdr_info_by_sensor_num(uint32_t handle, uint32_t sensorNu
                    ? 0
                    : 1;
     });
+}
+
+int zbr_oemdb_get_all_sel_rec(uint32_t handle, int *count, SelRow **rows) {
+    return call("zbr_oemdb_get_all_sel_rec", {Hex{handle}},
+                [&] { return rows_of(handle, all_sel, {}, sel_fields, count, rows); });
+}
+
+int zbr_oemdb_get_all_iel_rec(uint32_t handle, int *count, IelRow **rows) {
+    return call("zbr_oemdb_get_all_iel_rec", {Hex{handle}},
+                [&] { return rows_of(handle, all_iel, {}, iel_fields, count, rows); });
+}
+
+int zbr_oemdb_get_sel_rec(uint32_t handle, int32_t recordId, int *count, SelRow **row) {
+    return call("zbr_oemdb_get_sel_rec", {Hex{handle}, recordId},
+                [&] { return rows_of(handle, one_sel, {recordId}, sel_fields, count, row); });
+}
+
+int zbr_oemdb_get_iel_rec(uint32_t handle, int32_t recordId, int *count, IelRow **row) {
+    return call("zbr_oemdb_get_iel_rec", {Hex{handle}, recordId},
+                [&] { return rows_of(handle, one_iel, {recordId}, iel_fields, count, row); });
 }

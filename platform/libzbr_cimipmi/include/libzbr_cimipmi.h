@@ -72,6 +72,21 @@ void Zbr_CimIpmi_GetMultipleStateString(int sensorType, uint16_t state, char **s
 /// The CIM `RateUnits` of an SDR's rate unit code.
 uint16_t Zbr_CimIpmi_ConvertRateUnit(uint8_t code);
 
+// Entries of the record logs, by the low byte of their flags.
+
+void Zbr_CimIpmi_ConvSeverityString(uint8_t flags, char *text, int size);
+
+/// Whether the customer can replace the part.
+void Zbr_CimIpmi_ConvBoolCSSString(uint8_t flags, char *text, int size);
+
+// Languages: numeric locale identifiers and their texts.
+
+/// The text of a code; empty for one that the library doesn't know.
+void Zbr_CimIpmi_ConvLocaleString(uint16_t language, char *text, int size);
+
+/// The code of a text of `length` characters. The result is 0 when there is none.
+int Zbr_CimIpmi_ConvLocaleCode(const char *text, int length, uint16_t *language);
+
 #ifdef __cplusplus
 }
 #endif

@@ -134,6 +134,24 @@ constexpr State idprom_states[] = {
     {"Unknown", 0xFFFF},
 };
 
+/// Of the flags of a log entry.
+constexpr uint8_t entry_customer_replaceable = 0x80;
+constexpr uint8_t entry_severity_shift = 4, entry_severity_mask = 0x07;
+
+/// By the severity of a log entry.
+constexpr const char *entry_severities[] = {"Informational", "Minor", "Major", "Critical"};
+
+/// A language by its locale identifier. The first is what 0 stands for as well.
+struct Language {
+    uint16_t code;
+    const char *text;
+};
+
+constexpr Language languages[] = {
+    {1033, "en_US"}, {1031, "de_DE"}, {1034, "es_ES"}, {1036, "fr_FR"},
+    {1040, "it_IT"}, {1041, "ja_JP"}, {2052, "zh_CN"},
+};
+
 /// The states of OEM discrete sensors, by their OEM sensor type.
 struct OemStates {
     int sensor_type;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
@@ -186,4 +187,35 @@ uint16_t Zbr_CimIpmi_ConvertRateUnit(uint8_t code) {
     // The codes of an SDR, up to per day, are CIM's values.
     constexpr uint8_t per_day = 6;
     return give_number("Zbr_CimIpmi_ConvertRateUnit", code, code <= per_day ? code : 0);
+}
+
+void Zbr_CimIpmi_ConvSeverityString(uint8_t flags, char *text, int size) {
+    const size_t severity = (flags >> entry_severity_shift) & entry_severity_mask;
+    give_text("Zbr_CimIpmi_ConvSeverityString", Hex{flags},
+              severity < std::size(entry_severities) ? entry_severities[severity] : "Unknown", text, size);
+}
+
+void Zbr_CimIpmi_ConvBoolCSSString(uint8_t flags, char *text, int size) {
+    give_text("Zbr_CimIpmi_ConvBoolCSSString", Hex{flags},
+              (flags & entry_customer_replaceable) != 0 ? "true" : "false", text, size);
+}
+
+void Zbr_CimIpmi_ConvLocaleString(uint16_t language, char *text, int size) {
+    const uint16_t code = language == 0 ? languages[0].code : language;
+    const Language *known = std::ranges::find(languages, code, &Language::code);
+    give_text("Zbr_CimIpmi_ConvLocaleString", language, known != std::end(languages) ? known->text : "", text,
+              size);
+}
+
+int Zbr_CimIpmi_ConvLocaleCode(const char *text, int length, uint16_t *language) {
+    const std::string_view name =
+        text != nullptr && length > 0 ? std::string_view(text, static_cast<size_t>(length)) : "";
+    return call("Zbr_CimIpmi_ConvLocaleCode", {length}, [=] {
+        const Language *known = std::ranges::find(languages, name, &Language::text);
+        if (language == nullptr || known == std::end(languages)) {
+            return 0;
+        }
+        *language = known->code;
+        return 1;
+    });
 }

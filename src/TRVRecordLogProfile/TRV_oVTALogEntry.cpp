@@ -1,0 +1,452 @@
+// TRV_oVTALogEntry: the entries of both logs, those of the system event log (SEL) before those of the
+// internal event log (iEL). Rows come from the OEM DB with English texts; when the log's language is another
+// one, the texts of a SEL entry come from the translation library, and those that it hasn't stay English. No
+// entry is lost for a missing text, name or language. GetInstance reads the one row that its key names, and
+// not the logs.
+#include "TRVRecordLogProfile/TRV_oVTALogEntry.h"
+
+#include "TRVRecordLogProfile/RecordLogs.h"
+#include "Utilities/Owners.h"
+#include "Utilities/PH_OEM_SystemNames.h"
+
+#include "libzbr_cimcore.h"
+
+#include <cstdlib>
+#include <iterator>
+#include <limits>
+
+namespace {
+
+using R = LogEntryRecord;
+
+constexpr Key<R> keys[] = {
+    {"InstanceID", FIELD(R, InstanceID), "Identifies the entry: its log and its record id."},
+};
+
+constexpr Property<R> properties[] = {
+    {"LogInstanceID", CMPI_chars, FIELD(R, LogInstanceID),
+     "InstanceID of the log: the base server's name and the log's."},
+    {"RecordID", CMPI_chars, FIELD(R, RecordID), "Record id in decimal. OEM DB, log rows: record id."},
+    {"CreationTimeStamp", CMPI_dateTime, FIELD(R, CreationTimeStamp),
+     "When it happened. OEM DB, log rows: time stamp."},
+    {"RecordFormat", CMPI_chars, FIELD(R, RecordFormat), "The fields of RecordData. Constant in each log."},
+    {"RecordData", CMPI_chars, FIELD(R, RecordData),
+     "Severity, error code in hexadecimal, in the system event log whether the customer can replace the "
+     "part, "
+     "and the message, up to 255 characters in all."},
+    {"Locale", CMPI_chars, FIELD(R, Locale),
+     "Language of the texts. System event log: configuration variable 0x000E; internal event log: OEM DB, "
+     "log "
+     "rows: language code."},
+    {"Summary", CMPI_chars, FIELD(R, Summary),
+     "What it means, up to 1023 characters. System event log: OEM DB, log rows, or the translation library."},
+    {"ElementName", CMPI_chars, FIELD(R, ElementName), "The base server's name and the InstanceID."},
+    {"AlertGroup", CMPI_uint16, FIELD(R, AlertGroup), "Kind of alert. OEM DB, log rows: alert group."},
+    {"CSSComponent", CMPI_boolean, FIELD(R, CSSComponent),
+     "Whether the customer can replace the part. OEM DB, log rows: bit 7 of the flags."},
+    {"ErrorCode", CMPI_uint32, FIELD(R, ErrorCode), "Kind of event. OEM DB, log rows: error code."},
+    {"Message", CMPI_chars, FIELD(R, Message),
+     "What happened, up to 255 characters. OEM DB, log rows, or the translation library."},
+    {"Severity", CMPI_uint16, FIELD(R, Severity),
+     "How serious it is, in the service processor's numbers from 0 to 7. OEM DB, log rows: bits 4 to 6 of "
+     "the "
+     "flags."},
+    {"ProbableCauseDescription", CMPI_stringA, FIELD(R, ProbableCauseDescription),
+     "What may have caused it, up to 15 texts. System event log: OEM DB, log rows, or the translation "
+     "library."},
+    {"RecommendedActions", CMPI_stringA, FIELD(R, RecommendedActions),
+     "What can be done about it, up to 15 texts. System event log: OEM DB, log rows, or the translation "
+     "library."},
+};
+
+// The first words of the keys, behind which the record id stands.
+constexpr char sel_entry[] = "LogMessage";
+constexpr char iel_entry[] = "InternalEventLog";
+
+constexpr std::uint16_t english = 1033;
+
+bool IsEnglish(std::uint16_t language) {
+    return language == 0 || language == english;
+}
+
+// The language of the log texts. 0, or -1 on failure.
+int GetRecordLogLanguage(std::uint16_t *language) {
+    IpmiSession session{};
+    const SessionOwner owner{&session};
+    return PH_OEM_CreateIPMISession(&session) == 0 &&
+                   ReadNumber(&session, language_variable, 0, *language) == 0
+               ? 0
+               : -1;
+}
+
+std::uint16_t LanguageOrEnglish() {
+    std::uint16_t language = 0;
+    if (GetRecordLogLanguage(&language) != 0) {
+        TRACE(TraceFailure, "Failed to get locale from config space");
+        return english;
+    }
+    return language;
+}
+
+// The base server's name, or a text that says that there is none.
+struct SystemName {
+    char text[256];
+};
+SystemName ReadSystemName() {
+    SystemName name{};
+    if (PH_OEM_GetBaseServerName(name.text, sizeof name.text) != 0) {
+        SetText(name.text, "*Failed to get system name*");
+    }
+    return name;
+}
+
+// --- Filling a record
+
+// What both kinds of rows have, but for the texts; the same flags mean the same in both.
+template <typename Row>
+void FillCommon(R &record, const Row &row, const char *systemName, const char *logName) {
+    FormatText(record.LogInstanceID, "%s.%s", systemName, logName);
+    FormatText(record.RecordID, "%d", row.RecordId);
+    record.CreationTimeStamp = row.TimeStamp;
+    record.AlertGroup = static_cast<std::uint16_t>(row.AlertGroup);
+    record.CSSComponent = (row.Flags >> 7) & 1;
+    record.ErrorCode = row.ErrorCode;
+    record.Severity = (row.Flags >> 4) & 7;
+}
+
+// A text that a mapping makes of the low byte of a row's flags.
+struct FlagsText {
+    char text[16];
+};
+FlagsText TextOfFlags(void (*mapping)(std::uint8_t, char *, int), std::int32_t flags) {
+    FlagsText text{};
+    mapping(static_cast<std::uint8_t>(flags), text.text, sizeof text.text);
+    EndText(text.text);
+    return text;
+}
+
+// Stores a copy of each text of a list, which ends with an empty text or with the field that it is in. The
+// last slot stays empty, so that the list in the record has an end: texts beyond the 15 before it are
+// dropped.
+void Split_LogEntry_TextList(char *(&slots)[16], std::span<const char> textList) {
+    std::size_t used = 0;
+    while (used + 1 < std::size(slots) && !textList.empty() && textList.front() != '\0') {
+        const std::size_t length = strnlen(textList.data(), textList.size());
+        auto *text = static_cast<char *>(std::malloc(length + 1));
+        if (text == nullptr) {
+            TRACE(TraceFailure, "Failed to allocate memory");
+            return;
+        }
+        std::memcpy(text, textList.data(), length);
+        text[length] = '\0';
+        slots[used++] = text;
+        textList = textList.subspan(length == textList.size() ? length : length + 1);
+    }
+}
+
+// The entry's message in another language, in place of the English one.
+void TranslateMessage(IpmiSession *session, const SelRow &row, std::uint16_t language, char (&message)[513]) {
+    char translated[256] = {};
+    std::uint16_t length = sizeof translated;
+    const int result = ZBR_CIM_InterpretSELEntryAsText(session, static_cast<std::uint16_t>(row.RecordId),
+                                                       language, 1, translated, &length, backend_timeout);
+    if (result != 0) {
+        TRACE(TraceFailure, "ZBR_CIM_InterpretSELEntryAsText failed id=%d ret=0x%x", row.RecordId,
+              static_cast<unsigned>(result));
+        return;
+    }
+    EndText(translated);
+    SetText(message, translated);
+}
+
+// A text or text list of the row: the row's own without a session, and where there is no translation.
+struct Translator {
+    IpmiSession *session; // NULL for English
+    std::uint16_t language;
+    char buffer[1024];
+};
+std::span<const char> TextOfKind(Translator &translator, const SelRow &row, SelTextKind kind,
+                                 std::span<const char> own) {
+    if (translator.session == nullptr) {
+        return own;
+    }
+    std::memset(translator.buffer, 0, sizeof translator.buffer);
+    std::uint16_t length = sizeof translator.buffer;
+    const int result =
+        ZBR_CIM_GetSELTextFromErrCode(translator.session, row.ErrorCode, kind, translator.language, 1,
+                                      translator.buffer, &length, backend_timeout);
+    if (result != 0) {
+        TRACE(TraceFailure, "ZBR_CIM_GetSELTextFromErrCode failed kind=%d code=0x%x ret=0x%x", kind,
+              row.ErrorCode, static_cast<unsigned>(result));
+        return own;
+    }
+    return translator.buffer;
+}
+
+void Fill_LogEntry_SEL(R &record, const SelRow &row, const char *systemName, std::uint16_t language) {
+    FillCommon(record, row, systemName, sel_name);
+    const FlagsText severity = TextOfFlags(Zbr_CimIpmi_ConvSeverityString, row.Flags);
+    const FlagsText replaceable = TextOfFlags(Zbr_CimIpmi_ConvBoolCSSString, row.Flags);
+    SetText(record.RecordFormat,
+            "*string Severity*uint32 ErrorCode*boolean CustomerReplaceable*string MessageText");
+
+    IpmiSession session{};
+    const SessionOwner owner{IsEnglish(language) ? nullptr : &session};
+    Translator translator;
+    translator.session = nullptr;
+    translator.language = language;
+    if (!IsEnglish(language)) {
+        if (PH_OEM_CreateIPMISession(&session) == 0) {
+            translator.session = &session;
+        } else {
+            TRACE(TraceFailure, "Failed to create session handler");
+        }
+    }
+    char message[sizeof row.Message + 1];
+    CopyText(message, row.Message);
+    if (translator.session != nullptr) {
+        TranslateMessage(&session, row, language, message);
+    }
+    FormatText(record.RecordData, "*%s*%x*%s*%s", severity.text, row.ErrorCode, replaceable.text, message);
+    SetText(record.Message, message);
+    Split_LogEntry_TextList(record.ProbableCauseDescription,
+                            TextOfKind(translator, row, SelTextCauses, row.Causes));
+    Split_LogEntry_TextList(record.RecommendedActions,
+                            TextOfKind(translator, row, SelTextResolutions, row.Resolutions));
+    const std::span<const char> summary = TextOfKind(translator, row, SelTextSummary, row.Summary);
+    CopyBounded(record.Summary, sizeof record.Summary, summary.data(), summary.size());
+
+    SetLocale(record.Locale, language);
+    FormatText(record.ElementName, "%s.%s_%d", systemName, sel_entry, row.RecordId);
+}
+
+void Fill_LogEntry_iEL(R &record, const IelRow &row, const char *systemName) {
+    FillCommon(record, row, systemName, iel_name);
+    CopyText(record.Message, row.Message);
+    FormatText(record.ElementName, "%s.%s", systemName, record.InstanceID);
+    const FlagsText severity = TextOfFlags(Zbr_CimIpmi_ConvSeverityString, row.Flags);
+    FormatText(record.RecordData, "*%s*%x*%s", severity.text, row.ErrorCode, record.Message);
+    SetText(record.RecordFormat, "*string Severity*uint32 ErrorCode*string MessageText");
+    SetLocale(record.Locale, row.LanguageCode);
+}
+
+// --- Enumerating
+
+// Records that aren't handed over yet, with the texts that they own.
+struct Entries {
+    R *block = nullptr;
+    int count = 0;
+};
+void CleanEntries(Entries *entries) {
+    if (entries->block != nullptr) {
+        PH_OEM_Clean_LogEntry(&entries->block, entries->count);
+    }
+}
+using EntriesOwner = std::unique_ptr<Entries, Closer<CleanEntries>>;
+
+// One record with its key for each row of a log; without rows there are none. 0, or -1 on failure.
+template <typename Row>
+int EnumerateKeys(const Row *rows, int rowCount, const char *firstWord, R **records, int *count) {
+    const int used = UsedRows(rows, rowCount);
+    if (used == 0) {
+        return 0;
+    }
+    R *block = NewRecords<R>(used);
+    if (block == nullptr) {
+        return -1;
+    }
+    for (int i = 0; i < used; ++i) {
+        FormatText(block[i].InstanceID, "%s_%d", firstWord, rows[i].RecordId);
+    }
+    *records = block;
+    *count = used;
+    return 0;
+}
+
+int Enum_LogEntry_Instance_SEL(std::uint32_t handle, R **records, int *count, int namesOnly) {
+    SelRow *rows = nullptr;
+    int rowCount = 0;
+    const int result = zbr_oemdb_get_all_sel_rec(handle, &rowCount, &rows);
+    const Block<SelRow> rowsOwner{rows};
+    if (result != 0) {
+        TRACE(TraceFailure, "Failed in zbr_oemdb_get_all_sel_rec");
+        return -1;
+    }
+    if (EnumerateKeys(rows, rowCount, sel_entry, records, count) != 0) {
+        return -1;
+    }
+    if (namesOnly == 0 && *count > 0) {
+        const SystemName systemName = ReadSystemName();
+        const std::uint16_t language = LanguageOrEnglish();
+        for (int i = 0; i < *count; ++i) {
+            Fill_LogEntry_SEL((*records)[i], rows[i], systemName.text, language);
+        }
+    }
+    return 0;
+}
+
+int Enum_LogEntry_Instance_iEL(std::uint32_t handle, R **records, int *count, int namesOnly) {
+    IelRow *rows = nullptr;
+    int rowCount = 0;
+    const int result = zbr_oemdb_get_all_iel_rec(handle, &rowCount, &rows);
+    const Block<IelRow> rowsOwner{rows};
+    if (result != 0) {
+        TRACE(TraceFailure, "Failed in zbr_oemdb_get_all_iel_rec");
+        return -1;
+    }
+    if (EnumerateKeys(rows, rowCount, iel_entry, records, count) != 0) {
+        return -1;
+    }
+    if (namesOnly == 0 && *count > 0) {
+        const SystemName systemName = ReadSystemName();
+        for (int i = 0; i < *count; ++i) {
+            Fill_LogEntry_iEL((*records)[i], rows[i], systemName.text);
+        }
+    }
+    return 0;
+}
+
+// Appends the second records to the first and takes them over, with their texts. False without memory for it.
+bool Join(Entries &first, Entries &second) {
+    if (second.count == 0) {
+        return true;
+    }
+    const std::size_t before = static_cast<std::size_t>(first.count);
+    const std::size_t added = static_cast<std::size_t>(second.count);
+    constexpr std::size_t limit = std::min<std::size_t>(std::numeric_limits<int>::max(),
+                                                        std::numeric_limits<std::size_t>::max() / sizeof(R));
+    void *joined = added > limit - before ? nullptr : std::realloc(first.block, (before + added) * sizeof(R));
+    if (joined == nullptr) {
+        TRACE(TraceFailure, "memory allocation failed");
+        return false;
+    }
+    first.block = static_cast<R *>(joined);
+    std::memcpy(first.block + before, second.block, added * sizeof(R));
+    first.count += second.count;
+    std::free(second.block); // the texts have moved
+    second = {};
+    return true;
+}
+
+// --- One entry
+
+// Splits a key as "LogMessage_42", where blanks may stand before the number and anything behind it. False for
+// a text of another form, and for a number that is no record id.
+bool ParseKey(const char *key, char (&firstWord)[256], std::int32_t &recordId) {
+    int numberAt = -1;
+    if (std::sscanf(key, "%255[^_] _%n", firstWord, &numberAt) != 1 || numberAt < 0) {
+        return false;
+    }
+    char *end = nullptr;
+    const long long number = std::strtoll(key + numberAt, &end, 10);
+    recordId = static_cast<std::int32_t>(number);
+    return end != key + numberAt && recordId == number;
+}
+
+// The record of one row, if there is one. 0, or -1 on failure.
+template <typename Row, typename Fill>
+int DeliverOne(const Row *row, int rowCount, const char *firstWord, R **records, int *count, Fill fill) {
+    if (row == nullptr || rowCount != 1) {
+        return 0;
+    }
+    if (EnumerateKeys(row, 1, firstWord, records, count) != 0) {
+        return -1;
+    }
+    fill(**records);
+    return 0;
+}
+
+int GetSelEntry(std::uint32_t handle, std::int32_t recordId, R **records, int *count) {
+    SelRow *row = nullptr;
+    int rowCount = 0;
+    const int result = zbr_oemdb_get_sel_rec(handle, recordId, &rowCount, &row);
+    const Block<SelRow> rowOwner{row};
+    if (result != 0) {
+        TRACE(TraceFailure, "Failed in zbr_oemdb_get_sel_rec");
+        return -1;
+    }
+    return DeliverOne(row, rowCount, sel_entry, records, count, [=](R &record) {
+        const SystemName systemName = ReadSystemName();
+        Fill_LogEntry_SEL(record, *row, systemName.text, LanguageOrEnglish());
+    });
+}
+
+int GetIelEntry(std::uint32_t handle, std::int32_t recordId, R **records, int *count) {
+    IelRow *row = nullptr;
+    int rowCount = 0;
+    const int result = zbr_oemdb_get_iel_rec(handle, recordId, &rowCount, &row);
+    const Block<IelRow> rowOwner{row};
+    if (result != 0) {
+        TRACE(TraceFailure, "Failed in zbr_oemdb_get_iel_rec");
+        return -1;
+    }
+    return DeliverOne(row, rowCount, iel_entry, records, count,
+                      [=](R &record) { Fill_LogEntry_iEL(record, *row, ReadSystemName().text); });
+}
+
+int PH_OEM_Get_LogEntry_Instance(R **records, int *count, CMPIString *const *keyValues) {
+    TRACE(TraceProgress, "Entering %s", __func__);
+    *records = nullptr;
+    *count = 0;
+    std::uint32_t handle = 0;
+    const OEMDBOwner handleOwner{&handle};
+    if (PH_OEM_InitOEMDB(&handle) != 0) {
+        TRACE(TraceFailure, "Failed to create handle for OEM DB Access");
+        return -1;
+    }
+    // A key that came as an integer has no text.
+    const char *key = keyValues[0] == nullptr ? nullptr : CMGetCharsPtr(keyValues[0], nullptr);
+    char firstWord[256];
+    std::int32_t recordId = 0;
+    const bool isParsed = key != nullptr && ParseKey(key, firstWord, recordId);
+    if (isParsed && std::strcmp(firstWord, sel_entry) == 0) {
+        return GetSelEntry(handle, recordId, records, count);
+    }
+    if (isParsed && std::strcmp(firstWord, iel_entry) == 0) {
+        return GetIelEntry(handle, recordId, records, count);
+    }
+    TRACE(TraceFailure, "Not Found");
+    return 0;
+}
+
+} // namespace
+
+int PH_OEM_Enum_LogEntry_Instance(R **records, int *count, int namesOnly) {
+    TRACE(TraceProgress, "Entering %s", __func__);
+    *records = nullptr;
+    *count = 0;
+    std::uint32_t handle = 0;
+    const OEMDBOwner handleOwner{&handle};
+    if (PH_OEM_InitOEMDB(&handle) != 0) {
+        TRACE(TraceFailure, "Failed to create handle for OEM DB Access");
+        return -1;
+    }
+    Entries sel;
+    const EntriesOwner selOwner{&sel};
+    Entries iel;
+    const EntriesOwner ielOwner{&iel};
+    if (Enum_LogEntry_Instance_SEL(handle, &sel.block, &sel.count, namesOnly) != 0 ||
+        Enum_LogEntry_Instance_iEL(handle, &iel.block, &iel.count, namesOnly) != 0 || !Join(sel, iel)) {
+        return -1;
+    }
+    *records = sel.block;
+    *count = sel.count;
+    sel = {};
+    return 0;
+}
+
+void PH_OEM_Clean_LogEntry(R **records, int count) {
+    TRACE(TraceProgress, "Entering %s", __func__);
+    for (int i = 0; *records != nullptr && i < count; ++i) {
+        for (auto *list : {&(*records)[i].ProbableCauseDescription, &(*records)[i].RecommendedActions}) {
+            for (char *text : *list) {
+                std::free(text);
+            }
+        }
+    }
+    std::free(*records);
+    *records = nullptr;
+}
+
+EXPORT_OWNING_CLASS(LogEntry, "An entry of the system event log or of the internal event log.",
+                    .superclass = "CIM_LogEntry", .get = GetUntyped<R, PH_OEM_Get_LogEntry_Instance>);
