@@ -35,6 +35,11 @@ TEST_P(AllClasses, ConformsAsAClientSeesIt) {
 const std::map<std::string, std::vector<std::string>> calls_for_names = {
     {"RegisteredProfile", {"zbr_oemdb_init", "zbr_oemdb_get_all_reg_prof_info", "zbr_oemdb_close"}},
     {"ServerConfigSettings", {}}, // its one key is a constant
+    {"GeneralRecordLogConfigSettings", {}},
+    {"RecordLogConfigSettings", {}},
+    {"RecordLog", {"db_init", "db_get_all_fru_info", "db_close"}},
+    {"LogEntry",
+     {"zbr_oemdb_init", "zbr_oemdb_get_all_sel_rec", "zbr_oemdb_get_all_iel_rec", "zbr_oemdb_close"}},
 };
 
 TEST_P(AllClasses, NamesCallNoMoreThanTheyNeed) {

@@ -1,5 +1,5 @@
 // What a class's operations may come to, where the sweep can't know it by itself. A class with ModifyInstance
-// or methods gets a row of `changes` for each.
+// or methods gets a row of `changes` for each, or several.
 #pragma once
 
 #include "support/fixture.h"
@@ -34,9 +34,30 @@ inline const Gap gaps[] = {
     {"TemperatureSensor", "CurrentReading", "-40"},
     {"VoltageSensor", "CurrentReading", "20"},
     {"PowerManagementConfigSettings", "ConfServerO*Time", "{*99999999000000.000000:000*}"}, // no time
+
+    {"LogEntry", "LogInstanceID", "- unknown -.*"}, // no chassis in the Core DB
+    {"LogEntry", "ElementName", "- unknown -.*"},
+    {"LogEntry", "RecordData", "??10107*"}, // "**10107*": no text for the severity
+    {"LogEntry", "RecordData", "??18107*"},
+    {"LogEntry", "RecordData", "??20??*"},
+    {"LogEntry", "RecordData",
+     "?*?1?107??Temperatur*"}, // no text for whether the customer can replace the part
+    {"RecordLog", "InstanceID", "- unknown -.*"},
+    {"RecordLog", "ElementName", "- unknown -.*"},
+    {"RecordLog", "LastEntry*", "19700101000000.000000+000"},
+    {"RecordLog", "OverwritePolicy", "2"},
 };
 
-// A request that changes something, for the sample server, and what it may come to. The values differ from
+// A state of the sample server in which a class goes other ways: the operations that read are swept in it as
+// well. A value may then also be what it is by default.
+struct OtherState {
+    const char *className, *sql;
+};
+inline const OtherState other_states[] = {
+    {"LogEntry", "UPDATE configuration_variable SET value = 1031 WHERE id = 0x000E"}, // German
+};
+
+// Requests that change something, for the sample server, and what they may come to. The values differ from
 // what is there and from what a failed read leaves, so that each is a change.
 struct Change {
     const char *className;
@@ -47,6 +68,7 @@ struct Change {
     // Functions whose failure a client takes for success, and a method's return values that tell a failure.
     std::vector<std::string> unnoticed = {};
     std::vector<std::string> toldValues = {};
+    std::vector<std::string> leftBehind = {}; // rows that may change also where it fails or is taken for one
 };
 inline const Change changes[] = {
     {"BaseServer",
@@ -68,6 +90,49 @@ inline const Change changes[] = {
       "1 failed to get the instance id for the target instance",
       "1 Failed to get the instance id for the target instance"},
      {"configuration_variable|*"}},
+    {"GeneralRecordLogConfigSettings",
+     nullptr,
+     {{"CurrentLogEntryTranslation", {"de_DE"}}, {"Helpdesk", {"Extension 42"}}},
+     {"4 Invalid Key Property", "4 Invalid Property: *",
+      "4 failed to get the * value for the target instance", "1 failed to convert locale code",
+      "1 failed to set the ConfCIMRecordLogLanguage value for the target instance",
+      "1 failed to set the Helpdesk value for the target instance"},
+     {"configuration_variable|14|*", "configuration_variable|529|*"},
+     {"zbr_oemdb_init", "zbr_oemdb_get_ipmi_session_info", "CIM_Create_IPMI20_Session"}},
+    {"GeneralRecordLogConfigSettings",
+     "SetLanguage",
+     {{"localID", {"de_DE"}}},
+     {"4 A parameter is missing", "4 Selected language is not supported"},
+     {"configuration_variable|14|*"},
+     {},
+     {"2"}},
+    {"GeneralRecordLogConfigSettings",
+     "AddServiceNote",
+     {{"Message", {"Fan replaced"}}},
+     {},
+     {"iel|*"},
+     {"ZBR_CIM_GetValueFromData"}, // the note is empty then
+     {"2"},
+     {"iel|*"}},
+    {"RecordLog", "ClearLog", {}, {}, {"sel|*", "sel_state|*"}, {}, {"2"}, {"sel_state|*"}}, // the
+                                                                                             // reservation
+    {"RecordLogConfigSettings",
+     nullptr,
+     {{"BufferMode", {"3"}}},
+     {"4 Invalid Key Property", "4 Invalid Property: *",
+      "4 failed to get the BufferMode value for the target instance",
+      "1 failed to set the BufferMode value for the target instance"},
+     {"configuration_variable|7|*"},
+     {"zbr_oemdb_init", "zbr_oemdb_get_ipmi_session_info", "CIM_Create_IPMI20_Session"}},
+    {"RecordLogConfigSettings",
+     nullptr,
+     {{"DefaultDisplayInfo", {"true"}}},
+     {"4 Invalid Key Property", "4 Invalid Property: *",
+      "4 failed to get the DefaultDisplayInfo value for the target instance",
+      "1 failed to set the DisplayDefault values for the target instance"},
+     {"configuration_variable|4385|*"},
+     {"zbr_oemdb_init", "zbr_oemdb_get_ipmi_session_info", "CIM_Create_IPMI20_Session",
+      "ZBR_CIM_GetConfigSpaceVariables"}},
     {"PowerConsumptionConfigSettings",
      nullptr,
      {{"ConfPowerControlMode", {"3"}},

@@ -59,13 +59,14 @@ void *exported(const std::string &name) {
     return function;
 }
 
-const Change *findChange(const std::string &className, const std::string &method) {
-    const auto found = std::ranges::find_if(changes, [&](const Change &change) {
+std::vector<Change> changesBy(const std::string &className, const std::string &method) {
+    std::vector<Change> found;
+    std::ranges::copy_if(changes, std::back_inserter(found), [&](const Change &change) {
         return change.className == className && (change.method == nullptr ? "" : change.method) == method;
     });
-    EXPECT_NE(found, std::end(changes))
-        << className << " has no sample request for " << (method.empty() ? "ModifyInstance" : method);
-    return found == std::end(changes) ? nullptr : found;
+    EXPECT_FALSE(found.empty()) << className << " has no sample request for "
+                                << (method.empty() ? "ModifyInstance" : method);
+    return found;
 }
 
 Operation changing(const Change &change, std::function<Outcome()> run) {
@@ -75,10 +76,15 @@ Operation changing(const Change &change, std::function<Outcome()> run) {
             .failures = change.failures,
             .writes = change.writes,
             .unnoticed = change.unnoticed,
-            .toldValues = change.toldValues};
+            .toldValues = change.toldValues,
+            .leftBehind = change.leftBehind};
 }
 
 } // namespace
+
+ServerWithShortLogs::ServerWithShortLogs() {
+    sp::sql("DELETE FROM sel WHERE RecordId > 4; DELETE FROM iel WHERE RecordId > 3");
+}
 
 std::vector<Operation> operationsOf(ServiceProcessorTest &server, const std::string &className, Kinds kinds) {
     const Reply names = server.names(className);
@@ -108,15 +114,15 @@ std::vector<Operation> operationsOf(ServiceProcessorTest &server, const std::str
         return operations;
     }
     if (exported("PH_OEM_MI_" + className) != nullptr) {
-        if (const Change *change = findChange(className, "")) {
+        for (const Change &change : changesBy(className, "")) {
             operations.push_back(
-                changing(*change, [=, &server] { return outcomeOf(server.modify(path, change->values)); }));
+                changing(change, [=, &server] { return outcomeOf(server.modify(path, change.values)); }));
         }
     }
     for (const broker::Method &method : broker::classNamed(theBroker(), prefix + className)->methods) {
-        if (const Change *change = findChange(className, method.name)) {
-            operations.push_back(changing(*change, [=, &server] {
-                return outcomeOf(server.invoke(path, change->method, change->values));
+        for (const Change &change : changesBy(className, method.name)) {
+            operations.push_back(changing(change, [=, &server] {
+                return outcomeOf(server.invoke(path, change.method, change.values));
             }));
         }
     }

@@ -7,6 +7,12 @@
 #include <functional>
 #include <map>
 
+// The sample server with few entries in its logs: every entry goes the same way as these, and hundreds of
+// them would be swept for hours.
+struct ServerWithShortLogs : ServiceProcessorTest {
+    ServerWithShortLogs();
+};
+
 // What came of an operation, in texts.
 struct Outcome {
     CMPIrc rc = CMPI_RC_OK;
@@ -26,6 +32,7 @@ struct Operation {
     std::vector<std::string> writes = {};    // rows that they may change: globs over "table|column|column..."
     std::vector<std::string> unnoticed = {}; // functions whose failure a client takes for success
     std::vector<std::string> toldValues = {}; // a method's return values that tell a failure
+    std::vector<std::string> leftBehind = {}; // rows that may change also then
 };
 
 // All operations of a class that read, and with `changing` those that change as well. Enumerates the names to
