@@ -138,6 +138,24 @@ TEST_F(Databases, TellTheSystemsGuidWithItsEnd) {
     EXPECT_EQ(zbr_oemdb_get_sys_info(core, guid), 1);
 }
 
+TEST_F(Databases, HandOutLogEntriesWithTheirTextLists) {
+    Rows<SelRow> sel;
+    ASSERT_EQ(zbr_oemdb_get_sel_rec(oem, 3, &sel.count, &sel.rows), 0);
+    ASSERT_EQ(sel.count, 1);
+    EXPECT_STREQ(sel[0].Message, "Temperature warning: MEM A");
+    EXPECT_EQ(
+        std::string(sel[0].Causes, 58),
+        std::string("Air inlets are blocked\0The room is too warm\0A fan is slow\0\0", 60).substr(0, 58));
+    sp::sql("INSERT INTO sel VALUES (70000, 1, 0x010203, 'X')");
+    Rows<SelRow> unknown;
+    ASSERT_EQ(zbr_oemdb_get_sel_rec(oem, 70000, &unknown.count, &unknown.rows), 0);
+    EXPECT_STREQ(unknown[0].Message, "X: unknown event 0x010203");
+    EXPECT_EQ(unknown[0].Flags, 0);
+    Rows<IelRow> none;
+    EXPECT_EQ(zbr_oemdb_get_iel_rec(oem, 4711, &none.count, &none.rows), 0);
+    EXPECT_EQ(none.count, 0);
+}
+
 TEST_F(Databases, HandOutNoBlockForAnEmptyTable) {
     sp::sql("DELETE FROM registered_profile; DELETE FROM fru");
     Rows<RegisteredProfileRow> profiles;

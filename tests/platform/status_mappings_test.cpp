@@ -46,6 +46,30 @@ TEST(States, AreUnknownWhenNobodyKnowsThem) {
     EXPECT_EQ(Zbr_CimIpmi_ConvertRateUnit(7), 0);
 }
 
+TEST(LogEntries, TellSeverityAndReplaceabilityByTheirFlags) {
+    EXPECT_EQ(text_of(Zbr_CimIpmi_ConvSeverityString, 0x8F), "Informational");
+    EXPECT_EQ(text_of(Zbr_CimIpmi_ConvSeverityString, 0x3F), "Critical");
+    EXPECT_EQ(text_of(Zbr_CimIpmi_ConvSeverityString, 0x40), "Unknown");
+    EXPECT_EQ(text_of(Zbr_CimIpmi_ConvBoolCSSString, 0x80), "true");
+    EXPECT_EQ(text_of(Zbr_CimIpmi_ConvBoolCSSString, 0x7F), "false");
+}
+
+TEST(Languages, AreMappedBothWays) {
+    for (const uint16_t code : {uint16_t{1033}, uint16_t{1031}, uint16_t{1041}}) {
+        const std::string text = text_of(Zbr_CimIpmi_ConvLocaleString, code);
+        uint16_t back = 0;
+        EXPECT_NE(Zbr_CimIpmi_ConvLocaleCode(text.c_str(), static_cast<int>(text.size()), &back), 0) << text;
+        EXPECT_EQ(back, code);
+    }
+    EXPECT_EQ(text_of(Zbr_CimIpmi_ConvLocaleString, 0), "en_US");
+    EXPECT_EQ(text_of(Zbr_CimIpmi_ConvLocaleString, 9999), "");
+    uint16_t kept = 7;
+    for (const char *text : {"", "en", "en_USx"}) {
+        EXPECT_EQ(Zbr_CimIpmi_ConvLocaleCode(text, static_cast<int>(strlen(text)), &kept), 0) << text;
+    }
+    EXPECT_EQ(kept, 7);
+}
+
 TEST(Texts, AreCutToTheirBufferAndEnded) {
     for (const int size : {1, 2, 5}) {
         char text[8] = "#######";

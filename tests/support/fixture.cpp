@@ -59,7 +59,7 @@ broker::Broker &theBroker() {
     static const broker::BrokerPointer broker = [] {
         broker::Settings settings;
         settings.providerModule = PROVIDER_MODULE;
-        settings.mofFiles = {SCHEMA_FOLDER "/CIM_base.mof", SCHEMA_FOLDER "/TRV_oVTA.mof"};
+        settings.mofFiles = {SCHEMA_FOLDER "/CIM_base.mof", SCHEMA_FOLDER "/TRV_oVTA.mof", HOOKED_MOF};
         settings.providedClasses = {"TRV_*"};
         std::string error;
         broker::BrokerPointer opened = broker::openBroker(settings, error);

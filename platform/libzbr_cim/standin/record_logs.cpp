@@ -16,11 +16,12 @@ template <size_t N> void store(uint8_t (&place)[N], int64_t number) {
     }
 }
 
-/// Hands over the text that a query gives, cut to the caller's buffer and always with the end of a text and
-/// of a text list.
+/// What ends a text, and a list of texts.
+constexpr size_t text_end = 1, list_end = 2;
+
+/// Hands over the text that a query gives, cut to the caller's buffer and always with its end.
 int give_text(IpmiSession *session, std::string_view query_text, std::initializer_list<Value> values,
-              char *buffer, uint16_t *length) {
-    constexpr size_t end = 2;
+              size_t end, char *buffer, uint16_t *length) {
     if (!is_open(session) || buffer == nullptr || length == nullptr || *length < end) {
         return NoAnswer;
     }
@@ -34,16 +35,17 @@ int give_text(IpmiSession *session, std::string_view query_text, std::initialize
     return 0;
 }
 
-/// The text of each kind; lists are kept as lines.
+/// The text of each kind; the store has lists as lines.
 constexpr struct {
     int kind;
+    size_t end;
     const char *query;
 } text_kinds[] = {
-    {SelTextCauses,
+    {SelTextCauses, list_end,
      "SELECT replace(Causes, char(10), char(0)) FROM sel_text WHERE ErrorCode = ? AND Language = ?"},
-    {SelTextResolutions,
+    {SelTextResolutions, list_end,
      "SELECT replace(Resolutions, char(10), char(0)) FROM sel_text WHERE ErrorCode = ? AND Language = ?"},
-    {SelTextSummary, "SELECT Summary FROM sel_text WHERE ErrorCode = ? AND Language = ?"},
+    {SelTextSummary, text_end, "SELECT Summary FROM sel_text WHERE ErrorCode = ? AND Language = ?"},
 };
 
 } // namespace
@@ -113,7 +115,7 @@ int ZBR_CIM_InterpretSELEntryAsText(IpmiSession *session, uint16_t recordId, uin
         return give_text(session,
                          "SELECT replace(Message, '%s', Device) FROM sel JOIN sel_text USING (ErrorCode) "
                          "WHERE RecordId & 0xFFFF = ? AND Language = ?",
-                         {recordId, language}, buffer, length);
+                         {recordId, language}, text_end, buffer, length);
     });
 }
 
@@ -124,7 +126,7 @@ int ZBR_CIM_GetSELTextFromErrCode(IpmiSession *session, uint32_t errorCode, int 
             std::ranges::find_if(text_kinds, [=](const auto &row) { return row.kind == kind; });
         return known == std::end(text_kinds)
                    ? CompletionCode + IpmiInvalidDataField
-                   : give_text(session, known->query, {static_cast<int64_t>(errorCode), language}, buffer,
-                               length);
+                   : give_text(session, known->query, {static_cast<int64_t>(errorCode), language}, known->end,
+                               buffer, length);
     });
 }
