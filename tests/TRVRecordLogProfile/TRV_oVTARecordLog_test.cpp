@@ -41,31 +41,24 @@ struct RecordLog : ServiceProcessorTest {
 };
 
 TEST_F(RecordLog, TheTwoLogsTellTheirState) {
-    const struct {
-        const char *name, *sel, *iel;
-    } expected[] = {
-        {"InstanceID", "MVR7420220815.MessageLog", "MVR7420220815.InternalEventLog"},
-        {"CurrentNumberOfRecords", "3", "5"},
-        {"ElementName", "MVR7420220815.MessageLog", "MVR7420220815.InternalEventLog"},
-        {"EnabledState", "2", "2"},
-        {"HealthState", "0", "0"},
-        {"LogState", "2", "0"},
-        {"MaxNumberOfRecords", "4096", "0"},
-        {"OverwritePolicy", "7", "2"},
-        {"RequestedState", "12", "12"},
-        {"LastEntryAdd", "20231114221320.000000+000", "NULL"},
-        {"LastEntryErase", "20231231000000.000000+000", "20231231000000.000000+000"},
-        {"OperationalStatus", "{0}", "{0}"},
-    };
     const Reply reply = enumerate("RecordLog");
+    expectShown(reply, 0,
+                {{"InstanceID", "MVR7420220815.MessageLog"},
+                 {"CurrentNumberOfRecords", "3"},
+                 {"ElementName", "MVR7420220815.MessageLog"},
+                 {"EnabledState", "2"},
+                 {"HealthState", "0"},
+                 {"LogState", "2"},
+                 {"MaxNumberOfRecords", "4096"},
+                 {"OverwritePolicy", "7"},
+                 {"RequestedState", "12"},
+                 {"LastEntryAdd", "20231114221320.000000+000"},
+                 {"LastEntryErase", "20231231000000.000000+000"},
+                 {"OperationalStatus", "{0}"}});
     ASSERT_EQ(reply.size(), 2U);
-    std::vector<std::string> order;
-    for (const auto &property : expected) {
-        EXPECT_EQ(reply.value(0, property.name), property.sel) << property.name;
-        EXPECT_EQ(reply.value(1, property.name), property.iel) << property.name;
-        order.push_back(property.name);
-    }
-    EXPECT_EQ(reply.propertyNames(0), order);
+    EXPECT_EQ(reply.value(1, "InstanceID"), "MVR7420220815.InternalEventLog");
+    EXPECT_EQ(reply.value(1, "ElementName"), "MVR7420220815.InternalEventLog");
+    EXPECT_EQ(state(iel_path), "5 NULL 20231231000000.000000+000 0");
 }
 
 TEST_F(RecordLog, OnlyALogThatNeverOverwritesHasACapacity) {
@@ -122,14 +115,6 @@ TEST_F(RecordLog, TheLogIsChosenByTheWordInItsName) {
     EXPECT_EQ(entries(), "0 0");
 }
 
-TEST_F(RecordLog, WithoutTheClientsSessionItTakesItsOwn) {
-    sp::fail("ZBR_CIM_CreateAuthenticatedLocalSession");
-    EXPECT_EQ(clear(iel_path), "0, 0");
-    sp::fail("CIM_Create_IPMI20_Session");
-    EXPECT_EQ(clear(sel_path), "2, 0");
-    EXPECT_EQ(entries(), "3 0");
-}
-
 TEST_F(RecordLog, TheSystemEventLogIsErasedUnderAReservation) {
     const std::string reserve = "0x28, 0x42, []";
     const auto clearing = [](const std::string &id) { return "0x28, 0x47, [" + id + " 43 4C 52 AA]"; };
@@ -176,16 +161,8 @@ TEST_F(RecordLog, TheSystemEventLogIsErasedUnderAReservation) {
 
 TEST_F(RecordLog, ABadPathOrMethodIsTold) {
     const auto caller = request();
-    const CMPIContext *ctx = broker::contextOf(*caller);
     CMPIObjectPath *cop = path(*caller, "RecordLog");
-    CMPIArgs *none = CMNewArgs(cmpi(), nullptr);
-    const auto call = [&](const char *method) {
-        CapturingResult returned;
-        const CMPIStatus status =
-            PH_OEM_IM_RecordLog(cmpi(), nullptr, ctx, cop, method, none, &returned.result, none);
-        EXPECT_TRUE(returned.done);
-        return std::to_string(returned.value) + ", " + textOf(status);
-    };
+    const auto call = [&](const char *method) { return answerOf(PH_OEM_IM_RecordLog, *caller, cop, method); };
     EXPECT_EQ(call("Reset"), "2, 1 ObjectPath is not valid") << "the path comes first";
     const CMPIUint32 number = 7;
     CMAddKey(cop, "InstanceID", reinterpret_cast<const CMPIValue *>(&number), CMPI_uint32);
@@ -194,9 +171,7 @@ TEST_F(RecordLog, ABadPathOrMethodIsTold) {
     cop = path(*caller, sel_path);
     EXPECT_EQ(call("Reset"), "2, 17 No such method available");
     EXPECT_EQ(call("cLEARlOG"), "0, 0");
-    CapturingResult returned;
-    EXPECT_EQ(textOf(PH_OEM_Clear_IEL(cmpi(), nullptr, ctx, cop, "", none, &returned.result, none)), "0");
-    EXPECT_TRUE(returned.done && returned.value == 0);
+    EXPECT_EQ(answerOf(PH_OEM_Clear_IEL, *caller, cop, ""), "0, 0");
     EXPECT_EQ(entries(), "0 0");
 }
 

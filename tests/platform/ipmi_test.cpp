@@ -175,21 +175,6 @@ TEST_F(SessionOpen, AddsAnEventOfAKnownKindAndKeepsToTheCapacity) {
     EXPECT_EQ(send(&session, storage, add, other).response, (Data{0xCC})) << "not an event";
 }
 
-TEST_F(SessionOpen, TakesNotesIntoTheInternalEventLogUntilItIsCleared) {
-    sp::sql("DELETE FROM iel WHERE RecordId > 2; UPDATE iel_state SET Capacity = 3");
-    Data note = {0x80, 0x28, 0x00, 0x85, 0x0A, 0, 0x3E, 0, 0, 0, 0, 0x80, 3, 0, 'h', 'i', 0};
-    const Data done = {0, 0x80, 0x28, 0x00};
-    EXPECT_EQ(send(&session, 0xB8, 0xF5, note).response, done);
-    EXPECT_EQ(send(&session, 0xB8, 0xF5, note).response, done);
-    EXPECT_EQ(cell("group_concat(RecordId) || max(Message) FROM iel WHERE RecordId > 2"), "3,4hi");
-    EXPECT_EQ(cell("count(*) FROM iel"), "3") << "the oldest one went";
-    note.back() = 'x';
-    EXPECT_EQ(send(&session, 0xB8, 0xF5, note).response.front(), 0xCC) << "a text without an end";
-    EXPECT_EQ(send(&session, 0xB8, 0xF5, {0x80, 0x28, 0x00, 0x87, 0x00}).response.front(), 0xCC);
-    EXPECT_EQ(send(&session, 0xB8, 0xF5, {0x80, 0x28, 0x00, 0x87, 0x80}).response, done);
-    EXPECT_EQ(cell("count(*) FROM iel"), "0");
-}
-
 // Commands that tell which of them was executed, and with what.
 template <uint8_t Which> uint8_t echo(sp::RequestData request, sp::ResponseData &response) {
     response.push_back(Which);

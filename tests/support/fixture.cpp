@@ -278,3 +278,25 @@ std::string textOf(const CMPIStatus &status) {
 std::string textOf(const broker::Answer &answer) {
     return std::to_string(answer.rc) + (answer.message.empty() ? "" : ' ' + answer.message);
 }
+
+void expectShown(const Reply &reply, std::size_t instance,
+                 const std::vector<std::pair<const char *, std::string>> &values) {
+    ASSERT_LT(instance, reply.answer.instances.size()) << reply.answer.message;
+    std::vector<std::string> order;
+    for (const auto &[name, text] : values) {
+        EXPECT_EQ(reply.value(instance, name), text) << name;
+        order.push_back(name);
+    }
+    EXPECT_EQ(reply.propertyNames(instance), order);
+}
+
+std::string answerOf(MethodOperation *operation, broker::Request &request, const CMPIObjectPath *path,
+                     const char *method) {
+    const CMPIBroker *cmpi = broker::cmpiBroker(theBroker());
+    CMPIArgs *none = CMNewArgs(cmpi, nullptr);
+    CapturingResult returned;
+    const CMPIStatus status =
+        operation(cmpi, nullptr, broker::contextOf(request), path, method, none, &returned.result, none);
+    EXPECT_TRUE(returned.done);
+    return std::to_string(returned.value) + ", " + textOf(status);
+}

@@ -71,6 +71,16 @@ std::string textOf(const broker::Answer &answer);
 
 constexpr char name_space[] = "root/cimv2";
 
+// Expects an instance's properties: these values, and no others, in this order.
+void expectShown(const Reply &reply, std::size_t instance,
+                 const std::vector<std::pair<const char *, std::string>> &values);
+
+// What a PH_OEM_IM_<C>, or one method of it, gives without arguments: "return value, rc message".
+using MethodOperation = CMPIStatus(const CMPIBroker *, void *, const CMPIContext *, const CMPIObjectPath *,
+                                   const char *method, const CMPIArgs *, const CMPIResult *, CMPIArgs *);
+std::string answerOf(MethodOperation *operation, broker::Request &request, const CMPIObjectPath *path,
+                     const char *method);
+
 // The broker of all tests, and the client that asks.
 broker::Broker &theBroker();
 broker::Client theClient();
