@@ -212,7 +212,7 @@ struct Tally {
     int operations = 0, backEnd = 0, own = 0;
 } tally;
 
-struct FaultSweep : ServerWithShortLogs, testing::WithParamInterface<std::string> {
+struct FaultSweep : SmallServer, testing::WithParamInterface<std::string> {
     static void TearDownTestSuite() {
         std::printf(
             "fault sweep: %zu classes, %d operations, %d failing back-end calls, %d failing allocations, "

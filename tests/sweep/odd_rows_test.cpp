@@ -72,7 +72,7 @@ void expectTextsEnd(const Operation &operation, const Outcome &outcome, const st
     }
 }
 
-struct OddRows : ServerWithShortLogs, testing::WithParamInterface<std::string> {
+struct OddRows : SmallServer, testing::WithParamInterface<std::string> {
     const std::vector<Operation> operations = operationsOf(*this, GetParam(), Kinds::Reading);
 
     // Runs all operations on a server that the statement changed, and undoes the change.

@@ -82,8 +82,19 @@ Operation changing(const Change &change, std::function<Outcome()> run) {
 
 } // namespace
 
-ServerWithShortLogs::ServerWithShortLogs() {
-    sp::sql("DELETE FROM sel WHERE RecordId > 4; DELETE FROM iel WHERE RecordId > 3");
+SmallServer::SmallServer() {
+    sp::sql(R"(
+        DELETE FROM sel WHERE RecordId > 4;
+        DELETE FROM iel WHERE RecordId > 3;
+        DELETE FROM full_sdr WHERE SensorType = 1 AND SensorName NOT IN ('Ambient', 'PSU1 Inlet', 'SFP Module');
+        DELETE FROM full_sdr WHERE SensorType = 2 AND SensorName NOT IN ('BATT 3.0V', 'STBY 12V', 'STBY 5V');
+        DELETE FROM full_sdr WHERE SensorType = 4 AND EntityInstance > 1;
+        DELETE FROM full_sdr WHERE SensorType = 11 AND EntityInstance > 1;
+        DELETE FROM compact_sdr WHERE SensorType IN (192, 230) AND EntityInstance > 1;
+        DELETE FROM fan WHERE rowid NOT IN (1, 2, 5, 6);
+        UPDATE component_parameter SET Value = 1 WHERE Name IN
+            ('NrMemModuleInstances', 'NrCPUInstances', 'NrPCISlotInstances', 'DrvMonNumberComponents');
+    )");
 }
 
 std::vector<Operation> operationsOf(ServiceProcessorTest &server, const std::string &className, Kinds kinds) {

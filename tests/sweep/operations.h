@@ -7,10 +7,10 @@
 #include <functional>
 #include <map>
 
-// The sample server with few entries in its logs: every entry goes the same way as these, and hundreds of
-// them would be swept for hours.
-struct ServerWithShortLogs : ServiceProcessorTest {
-    ServerWithShortLogs();
+// The sample server with few of what it has many of, log entries and sensors: each goes the same way as those
+// that are left, and all of them would be swept for hours.
+struct SmallServer : ServiceProcessorTest {
+    SmallServer();
 };
 
 // What came of an operation, in texts.
