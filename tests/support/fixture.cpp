@@ -228,6 +228,13 @@ std::string ServiceProcessorTest::trace() {
     return text.str();
 }
 
+testing::AssertionResult ServiceProcessorTest::traced(const std::string &text) {
+    const std::string all = trace();
+    return all.find(text) == std::string::npos ? testing::AssertionFailure() << "the trace has only:\n"
+                                                                             << all
+                                               : testing::AssertionSuccess();
+}
+
 // --- CapturingResult
 
 namespace {

@@ -52,6 +52,7 @@ struct ServiceProcessorTest : testing::Test {
 
     // What the trace log got since the test began.
     std::string trace();
+    testing::AssertionResult traced(const std::string &text); // whether it is among that
 
     const std::string store; // the file of this test's server
 };

@@ -20,12 +20,6 @@ struct Server : Tool {
         sp::sql("UPDATE simulation SET Walk = 0"); // outputs are compared
     }
 
-    // The store's file with all that was written.
-    std::string storeContent() const {
-        sp::sql("PRAGMA wal_checkpoint(TRUNCATE)");
-        return contentOf(store);
-    }
-
     // The overview's lines that hold a text, without the blanks before them.
     std::vector<std::string> overviewLines(const std::string &text) const {
         std::vector<std::string> found;
@@ -58,26 +52,22 @@ TEST_F(Server, TheOverviewIsOneScreenWithoutEscapeSequences) {
     EXPECT_EQ(ended.out.find("PSU3"), std::string::npos);
 }
 
-TEST_F(Server, ANarrowOverviewHasOneValueToALine) {
-    environment["COLUMNS"] = "60";
-    EXPECT_EQ(overviewLines("Power state"), Lines{"Power state    Enabled"});
-    EXPECT_EQ(overviewLines("Model"), Lines{"Model          TORVEN RX7420"});
-}
-
-TEST_F(Server, AScheduleShowsTheDaysThatHaveATime) {
+TEST_F(Server, ANarrowOverviewHasOneValueToALineAndTheDaysThatHaveATime) {
     const struct {
-        const char *change;
-        const char *shown;
+        const char *change, *line;
     } cases[] = {
-        {"UPDATE configuration_variable SET value = 65535 WHERE id = 0x00A0", "never"},
+        {"SELECT 1", "Power state    Enabled"},
+        {"SELECT 1", "Model          TORVEN RX7420"},
+        {"UPDATE configuration_variable SET value = 65535 WHERE id = 0x00A0", "Powers on             never"},
         {"UPDATE configuration_variable SET value = 61 WHERE id = 0x00A0 AND list_index IN (0, 2, 6)",
-         "Sun 01:01, Tue 01:01, Sat 01:01"},
-        {"UPDATE configuration_variable SET value = 0 WHERE id = 0x00A0", "Sun-Sat 00:00"},
+         "Powers on             Sun 01:01, Tue 01:01, Sat 01:01"},
+        {"UPDATE configuration_variable SET value = 0 WHERE id = 0x00A0",
+         "Powers on             Sun-Sat 00:00"},
     };
-    for (const auto &one : cases) {
-        sp::sql(one.change);
-        environment["COLUMNS"] = "40";
-        EXPECT_EQ(overviewLines("Powers on"), Lines{std::string("Powers on             ") + one.shown});
+    environment["COLUMNS"] = "40";
+    for (const auto &[change, line] : cases) {
+        sp::sql(change);
+        EXPECT_EQ(overviewLines(std::string(line, 9)), Lines{line});
     }
 }
 
@@ -129,59 +119,40 @@ TEST_F(Server, ATerminalShowsHealthInColoursUnlessTheyAreUnwanted) {
     environment["NO_COLOR"] = "";
     EXPECT_NE(onTerminal({"overview"}).find(red), std::string::npos) << "an empty wish is none";
     environment["NO_COLOR"] = "1";
-    shown = onTerminal({"overview"});
-    EXPECT_NE(shown.find("Redundancy Lost"), std::string::npos) << shown;
-    EXPECT_EQ(shown.find('\033'), std::string::npos) << shown;
+    EXPECT_EQ(onTerminal({"overview"}).find('\033'), std::string::npos);
 }
 
 // --- Switches ---------------------------------------------------------------------------------------
 
-TEST_F(Server, APulledSupplyIsGoneAtTheNextRequestAndRedundancyFollows) {
-    const struct {
-        const char *verb, *slot;
-        const char *said;
-        Lines units;
-        const char *redundancy;
-    } cases[] = {
-        {"pull", "2", "PSU2 is out of slot 2\n", {"PSU1", "PSU4"}, "Degraded Redundancy"},
-        {"pull", "2", "PSU2 is out of slot 2\n", {"PSU1", "PSU4"}, "Degraded Redundancy"},
-        {"pull", "1", "PSU1 is out of slot 1\n", {"PSU4"}, "Redundancy Lost"},
-        {"plug", "1", "PSU1 is in slot 1\n", {"PSU1", "PSU4"}, "Degraded Redundancy"},
-        {"plug", "2", "PSU2 is in slot 2\n", {"PSU1", "PSU2", "PSU4"}, "Fully Redundant"},
-    };
-    for (const auto &one : cases) {
-        SCOPED_TRACE(std::string(one.verb) + " " + one.slot);
-        const Ended ended = vch({"sp", "supply", one.verb, one.slot});
-        EXPECT_EQ(ended.code, 0) << ended.err;
-        EXPECT_EQ(ended.out, one.said);
-        Lines units;
-        for (const std::string &line : overviewLines("PSU"))
-            units.push_back(line.substr(0, line.find(' ')));
-        EXPECT_EQ(units, one.units);
-        EXPECT_EQ(overviewLines(one.redundancy).size(), 1U);
-    }
-}
-
-TEST_F(Server, AServerIsABladeAndHasAnAgentAsItIsTold) {
-    const std::string standsAlone = "Mon-Thu 22:00, Fri 18:00", blade = "Mon-Thu 18:00, Fri 16:00";
+TEST_F(Server, ASwitchIsToldAndShowsAtTheNextRequest) {
     sp::sql("UPDATE agent_parameter SET Value = 'by-agent' WHERE Name = 'ServerHostNameShort'");
     const struct {
         Lines verb;
         const char *said;
-        std::string shown;
+        Lines units;
+        const char *shown;
     } cases[] = {
-        {{"sp", "blade", "on"}, "the server is a blade\n", blade},
-        {{"sp", "blade", "on"}, "the server is a blade\n", blade},
-        {{"sp", "blade", "off"}, "the server stands alone\n", standsAlone},
-        {{"sp", "agent", "disconnect"}, "the agent is disconnected\n", "db-node-21"},
-        {{"sp", "agent", "connect"}, "the agent is connected\n", "by-agent"},
+        {{"supply", "pull", "2"}, "PSU2 is out of slot 2\n", {"PSU1", "PSU4"}, "Degraded Redundancy"},
+        {{"supply", "pull", "2"}, "PSU2 is out of slot 2\n", {"PSU1", "PSU4"}, "Degraded Redundancy"},
+        {{"supply", "pull", "1"}, "PSU1 is out of slot 1\n", {"PSU4"}, "Redundancy Lost"},
+        {{"supply", "plug", "1"}, "PSU1 is in slot 1\n", {"PSU1", "PSU4"}, "Degraded Redundancy"},
+        {{"supply", "plug", "2"}, "PSU2 is in slot 2\n", {"PSU1", "PSU2", "PSU4"}, "Fully Redundant"},
+        {{"blade", "on"}, "the server is a blade\n", {"PSU1", "PSU2", "PSU4"}, "Mon-Thu 18:00, Fri 16:00"},
+        {{"blade", "off"}, "the server stands alone\n", {"PSU1", "PSU2", "PSU4"}, "Mon-Thu 22:00, Fri 18:00"},
+        {{"agent", "disconnect"}, "the agent is disconnected\n", {"PSU1", "PSU2", "PSU4"}, "db-node-21"},
+        {{"agent", "connect"}, "the agent is connected\n", {"PSU1", "PSU2", "PSU4"}, "by-agent"},
     };
     for (const auto &one : cases) {
         SCOPED_TRACE(testing::PrintToString(one.verb));
-        const Ended ended = vch(one.verb);
+        Lines arguments = one.verb, units;
+        arguments.insert(arguments.begin(), "sp");
+        const Ended ended = vch(arguments);
         EXPECT_EQ(ended.code, 0) << ended.err;
         EXPECT_EQ(ended.out, one.said);
-        EXPECT_EQ(overviewLines(one.shown).size(), 1U) << vch({"overview"}).out;
+        for (const std::string &line : overviewLines("PSU"))
+            units.push_back(line.substr(0, line.find(' ')));
+        EXPECT_EQ(units, one.units);
+        EXPECT_EQ(overviewLines(one.shown).size(), 1U);
     }
 }
 
@@ -254,22 +225,19 @@ TEST_F(Server, OnlyTheClassesThatAreMeantAreChecked) {
     }
 }
 
+// The first enumeration reads 14 temperatures. Where it fails itself, nothing else is asked.
 TEST_F(Server, AFindingNamesClassPropertyAndCause) {
-    environment["VCH_MODULE"] = BROKEN_MODULE;
-    const Ended ended = vch({"selfcheck", "RegisteredProfile", "BaseServerCapabilities", "FanCapabilities"});
+    environment["VCH_FAULTS"] = "ZBR_CIM_GetFullSensorReading@15;zbr_oemdb_get_all_reg_prof_info";
+    const Ended ended = vch({"selfcheck", "RegisteredProfile", "TemperatureSensor", "FanCapabilities"});
     EXPECT_EQ(ended.code, 1);
-    EXPECT_EQ(ended.err, "vch: 3 of 3 classes don't conform\n");
-    const auto hasLine = [&](const std::string &start, const std::string &end) {
-        for (const std::string &line : linesOf(ended.out))
-            if (line.rfind(start, 0) == 0 && line.find(end) != std::string::npos)
-                return true;
-        return false;
-    };
-    EXPECT_TRUE(hasLine("TRV_oVTARegisteredProfile: 1 finding", "")) << ended.out;
-    EXPECT_TRUE(hasLine("  TRV_oVTARegisteredProfile.RegisteredVersion: ", "declared string")) << ended.out;
-    EXPECT_TRUE(hasLine("  TRV_oVTABaseServerCapabilities: enumerating names gives", "absent")) << ended.out;
-    EXPECT_TRUE(hasLine("  TRV_oVTABaseServerCapabilities: ", "can't be fetched: rc 6")) << ended.out;
-    EXPECT_TRUE(hasLine("  TRV_oVTAFanCapabilities: enumerating instances fails: rc ", "")) << ended.out;
+    EXPECT_EQ(ended.err, "vch: 2 of 3 classes don't conform\n");
+    for (const char *text :
+         {"TRV_oVTARegisteredProfile: 1 finding\n  TRV_oVTARegisteredProfile: enumerating "
+          "instances fails: rc 1 \"Failed to Enumerate Instance\"\n",
+          "TRV_oVTATemperatureSensor: 2 findings\n",
+          "  TRV_oVTATemperatureSensor.CurrentReading: a second enumeration gives 0 and not 23 for ",
+          "TRV_oVTAFanCapabilities: ok\n"})
+        EXPECT_NE(ended.out.find(text), std::string::npos) << text << " in " << ended.out;
 }
 
 TEST_F(Server, BadInputIsNamedAndLeavesTheStoreAsItWas) {

@@ -57,6 +57,11 @@ Ended Tool::vch(const std::vector<std::string> &arguments) const {
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(out), contentOf(err)};
 }
 
+std::string Tool::storeContent() const {
+    sp::sql("PRAGMA wal_checkpoint(TRUNCATE)");
+    return contentOf(store);
+}
+
 std::string Tool::onTerminal(const std::vector<std::string> &arguments) const {
     int terminal = -1;
     const winsize size = {50, 100, 0, 0};

@@ -24,6 +24,9 @@ struct Tool : testing::Test {
     /** Runs vch with these arguments, its output to files as to a pipe. */
     Ended vch(const std::vector<std::string> &arguments) const;
 
+    /** The store's file with all that was written. */
+    std::string storeContent() const;
+
     /** Runs vch on a terminal of 100 columns; all that it shows there. */
     std::string onTerminal(const std::vector<std::string> &arguments) const;
 };
