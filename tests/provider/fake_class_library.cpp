@@ -28,53 +28,29 @@ void answer(CMPIStatus *status, const FakeCall &call) {
 
 EXPORT void PH_OEM_GI_Toy(const CMPIBroker *broker, const CMPIContext *context, const CMPIObjectPath *path,
                           const char **properties, const CMPIResult *result, CMPIStatus *status) {
-    answer(status, {.function = "GI",
-                    .broker = broker,
-                    .context = context,
-                    .path = path,
-                    .properties = properties,
-                    .result = result});
+    answer(status, {"GI", broker, context, path, result, properties});
 }
 
 EXPORT void PH_OEM_EI_Toy(const CMPIBroker *broker, const CMPIContext *context, const CMPIObjectPath *path,
                           const char **properties, const CMPIResult *result, CMPIStatus *status) {
-    answer(status, {.function = "EI",
-                    .broker = broker,
-                    .context = context,
-                    .path = path,
-                    .properties = properties,
-                    .result = result});
+    answer(status, {"EI", broker, context, path, result, properties});
 }
 
 EXPORT void PH_OEM_EIN_Toy(const CMPIBroker *broker, const CMPIContext *context, const CMPIObjectPath *path,
                            const CMPIResult *result, CMPIStatus *status) {
-    answer(status, {.function = "EIN", .broker = broker, .context = context, .path = path, .result = result});
+    answer(status, {"EIN", broker, context, path, result});
 }
 
 EXPORT CMPIStatus PH_OEM_MI_Toy(const CMPIBroker *broker, void *handle, const CMPIContext *context,
                                 const CMPIObjectPath *path, const CMPIInstance *instance,
                                 const char **properties) {
-    return called({.function = "MI",
-                   .broker = broker,
-                   .handle = handle,
-                   .context = context,
-                   .path = path,
-                   .instance = instance,
-                   .properties = properties});
+    return called({"MI", broker, context, path, nullptr, properties, instance, handle});
 }
 
 EXPORT CMPIStatus PH_OEM_IM_Toy(const CMPIBroker *broker, void *handle, const CMPIContext *context,
                                 const CMPIObjectPath *path, const char *method, const CMPIArgs *in,
                                 const CMPIResult *result, CMPIArgs *out) {
-    return called({.function = "IM",
-                   .broker = broker,
-                   .handle = handle,
-                   .context = context,
-                   .path = path,
-                   .result = result,
-                   .text = method,
-                   .in = in,
-                   .out = out});
+    return called({"IM", broker, context, path, result, nullptr, nullptr, handle, method, nullptr, in, out});
 }
 
 // Class Partial: a hook is all that it has.
@@ -83,49 +59,25 @@ EXPORT void PH_OEM_MakeInst_Partial() {}
 EXPORT CMPIStatus PH_OEM_CreateInstance_Association(void *mi, const CMPIContext *context,
                                                     const CMPIResult *result, const CMPIObjectPath *path,
                                                     const CMPIInstance *instance, const CMPIBroker *broker) {
-    return called({.function = "CreateInstance_Association",
-                   .broker = broker,
-                   .handle = mi,
-                   .context = context,
-                   .path = path,
-                   .instance = instance,
-                   .result = result});
+    return called({"CreateInstance_Association", broker, context, path, result, nullptr, instance, mi});
 }
 
 EXPORT CMPIStatus PH_OEM_SetInstance_Association(void *mi, const CMPIContext *context,
                                                  const CMPIResult *result, const CMPIObjectPath *path,
                                                  const CMPIInstance *instance, const char **properties,
                                                  const CMPIBroker *broker) {
-    return called({.function = "SetInstance_Association",
-                   .broker = broker,
-                   .handle = mi,
-                   .context = context,
-                   .path = path,
-                   .instance = instance,
-                   .properties = properties,
-                   .result = result});
+    return called({"SetInstance_Association", broker, context, path, result, properties, instance, mi});
 }
 
 EXPORT CMPIStatus PH_OEM_DeleteInstance_Association(void *mi, const CMPIContext *context,
                                                     const CMPIResult *result, const CMPIObjectPath *path,
                                                     const CMPIBroker *broker) {
-    return called({.function = "DeleteInstance_Association",
-                   .broker = broker,
-                   .handle = mi,
-                   .context = context,
-                   .path = path,
-                   .result = result});
+    return called({"DeleteInstance_Association", broker, context, path, result, nullptr, nullptr, mi});
 }
 
 EXPORT CMPIStatus PH_OEM_ExecQuery_Association(void *mi, const CMPIContext *context, const CMPIResult *result,
                                                const CMPIObjectPath *path, const char *query,
                                                const char *language, const CMPIBroker *broker) {
-    return called({.function = "ExecQuery_Association",
-                   .broker = broker,
-                   .handle = mi,
-                   .context = context,
-                   .path = path,
-                   .result = result,
-                   .text = query,
-                   .language = language});
+    return called(
+        {"ExecQuery_Association", broker, context, path, result, nullptr, nullptr, mi, query, language});
 }

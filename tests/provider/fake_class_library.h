@@ -9,12 +9,12 @@
 struct FakeCall {
     const char *function = nullptr;
     const CMPIBroker *broker = nullptr;
-    const void *handle = nullptr; ///< the MI, or what is passed for the opaque handle
     const CMPIContext *context = nullptr;
     const CMPIObjectPath *path = nullptr;
-    const CMPIInstance *instance = nullptr;
-    const char **properties = nullptr;
     const CMPIResult *result = nullptr;
+    const char **properties = nullptr;
+    const CMPIInstance *instance = nullptr;
+    const void *handle = nullptr;   ///< the MI, or what is passed for the opaque handle
     const char *text = nullptr;     ///< method or query
     const char *language = nullptr; ///< of a query
     const CMPIArgs *in = nullptr;
