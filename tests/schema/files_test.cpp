@@ -50,30 +50,28 @@ TEST_F(Mof, AClassHasItsSuperclassKeysAndTypes) {
     EXPECT_EQ(property("Ticks").type, CMPI_uint32A);
 }
 
-TEST_F(Mof, WhatTheSuperclassDeclaresTooIsAnOverride) {
-    EXPECT_EQ(valuesOf(property("Tag"), "Override"), Texts{"Tag"});
-    EXPECT_EQ(valuesOf(property("Level"), "Override"), Texts{"Level"});
-    EXPECT_EQ(valuesOf(property("Mode"), "Override"), Texts{"none"});
-}
-
-TEST_F(Mof, ADescriptionSurvivesLineBreaks) {
-    EXPECT_EQ(
-        valuesOf(property("Ticks"), "Description"),
-        Texts{"Ticks of its clock in ms, each since the one before. Byte 3 of the answer to the command that "
-              "asks the toy for its ticks."});
-}
-
-TEST_F(Mof, ValueCodesBecomeAMapAndInheritedOnesStay) {
-    EXPECT_EQ(valuesOf(property("Mode"), "ValueMap"), (Texts{"0", "1", "7"}));
-    EXPECT_EQ(valuesOf(property("Mode"), "Values"), (Texts{"Off", "On, slowly", "Odd"}));
-    EXPECT_EQ(valuesOf(property("Level"), "Values"), (Texts{"Unknown", "Low"}));
-    EXPECT_EQ(valuesOf(property("Ticks"), "ValueMap"), Texts{"none"});
-}
-
-TEST_F(Mof, OnlyWhatClientsMayChangeIsWritable) {
-    EXPECT_EQ(valuesOf(property("Mode"), "Write"), Texts{});
-    EXPECT_EQ(valuesOf(property("Level"), "Write"), Texts{"none"});
-    EXPECT_EQ(valuesOf(property("Tag"), "Write"), Texts{"none"});
+// An override is what the superclass declares too; writable, what clients may change.
+TEST_F(Mof, APropertyHasTheQualifiersOfItsRowAndItsInheritedOnesStay) {
+    const Texts none = {"none"};
+    const std::tuple<const char *, const char *, Texts> expected[] = {
+        {"Tag", "Override", {"Tag"}},
+        {"Level", "Override", {"Level"}},
+        {"Mode", "Override", none},
+        {"Mode", "Write", {}},
+        {"Level", "Write", none},
+        {"Tag", "Write", none},
+        {"Mode", "ValueMap", {"0", "1", "7"}},
+        {"Mode", "Values", {"Off", "On, slowly", "Odd"}},
+        {"Level", "Values", {"Unknown", "Low"}},
+        {"Ticks", "ValueMap", none},
+        {"Ticks",
+         "Description", // which is longer than a line
+         {"Ticks of its clock in ms, each since the one before. Byte 3 of the answer to the command that "
+          "asks the toy for its ticks."}},
+    };
+    for (const auto &[name, qualifier, values] : expected) {
+        EXPECT_EQ(valuesOf(property(name), qualifier), values) << name << ' ' << qualifier;
+    }
 }
 
 TEST_F(Mof, AMethodHasItsParametersAndTheirDirections) {
@@ -89,14 +87,11 @@ TEST_F(Mof, AMethodHasItsParametersAndTheirDirections) {
     EXPECT_TRUE(grow->parameters[1].isOut);
 }
 
-TEST_F(Mof, NumericSensorsHaveAnAbstractClass) {
+TEST_F(Mof, NumericSensorsHaveAnAbstractClassBeforeThoseThatDeriveFromIt) {
     const broker::Class *sensor = broker::findClass(schema, "TRV_NumericSensor");
     ASSERT_NE(sensor, nullptr);
     EXPECT_TRUE(sensor->isAbstract);
     EXPECT_EQ(sensor->superclass->name, "CIM_NumericSensor");
-}
-
-TEST_F(Mof, ASensorClassCanDeriveFromTheAbstractOne) {
     toy.table.superclass = "TRV_NumericSensor";
     const std::string mof = filesOf(toy)["schema/TRV_oVTA.mof"];
     EXPECT_LT(mof.find("class TRV_NumericSensor"), mof.find("class TRV_oVTAToy : TRV_NumericSensor"));
@@ -121,22 +116,19 @@ TEST_F(Mof, AClassStandsBehindItsSuperclassAndTheOthersByName) {
     EXPECT_EQ(generator::generate(reversed, toy_base).files, output.files);
 }
 
-// --- Registration
+// --- Registration and pages
 
-TEST(Registration, SfcbHasASectionForAClass) {
+struct Files : testing::Test {
     Toy toy;
-    makeToy(toy);
+    Files() { makeToy(toy); }
+};
+
+TEST_F(Files, SfcbHasASectionForAClassWhichIsAMethodProviderOnlyWithMethods) {
     EXPECT_EQ(filesOf(toy)["schema/sfcb/TRVProviders.reg"], "[TRV_oVTAToy]\n"
                                                             "   provider: TRVProviders\n"
                                                             "   location: TRVProviders\n"
                                                             "   type: instance method\n"
                                                             "   namespace: root/cimv2\n");
-}
-
-TEST(Registration, AClassWithoutMethodsIsNoMethodProvider) {
-    Toy toy;
-    makeToy(toy);
-    generateToy(toy);
     toy.table.methods = {};
     const ClassTable *const classes[] = {&toy.table};
     const auto files = generator::generate(classes, toy_base).files;
@@ -144,9 +136,7 @@ TEST(Registration, AClassWithoutMethodsIsNoMethodProvider) {
     EXPECT_NE(files.at("schema/pegasus/TRVProviders.mof").find("ProviderType = {2};"), std::string::npos);
 }
 
-TEST(Registration, PegasusLearnsModuleProviderAndClassesInThisOrder) {
-    Toy toy;
-    makeToy(toy);
+TEST_F(Files, PegasusLearnsModuleProviderAndClassesInThisOrder) {
     const std::string mof = filesOf(toy)["schema/pegasus/TRVProviders.mof"];
     std::size_t position = 0;
     for (const char *next : {"instance of PG_ProviderModule {", "    Name = \"TRVProviders\";",
@@ -161,14 +151,11 @@ TEST(Registration, PegasusLearnsModuleProviderAndClassesInThisOrder) {
     EXPECT_EQ(mof.find("class "), std::string::npos) << "classes and registration are separate files";
 }
 
-// --- Pages
-
-TEST(Page, SaysWhatTheTablesSay) {
-    Toy toy;
-    makeToy(toy);
+TEST_F(Files, APageSaysWhatTheTablesSayAndTheIndexHasEveryClass) {
     toy.properties.push_back(column("Age", CMPI_dateTime, "Time since it was made."));
     toy.properties.back().flags = PH_OEM_PROP_INTERVAL;
-    const std::string page = filesOf(toy)["docs/classes/TRV_oVTAToy.md"];
+    auto files = filesOf(toy);
+    const std::string page = files["docs/classes/TRV_oVTAToy.md"], index = files["docs/classes/README.md"];
     for (const char *line : {"# TRV_oVTAToy\n", "A toy \\| to play with.\n", "* Derives from: `CIM_Thing`\n",
                              "* Operations: get, enumerate, modify, invoke method\n",
                              "[TRVToyProfile/TRV_oVTAToy.cpp](../../src/TRVToyProfile/TRV_oVTAToy.cpp)\n",
@@ -181,12 +168,6 @@ TEST(Page, SaysWhatTheTablesSay) {
                              "Makes it larger. Returns 0.\n", "| `Size` | New size in mm. |\n"}) {
         EXPECT_NE(page.find(line), std::string::npos) << line << "is missing in\n" << page;
     }
-}
-
-TEST(Page, EveryClassIsInTheIndex) {
-    Toy toy;
-    makeToy(toy);
-    const std::string index = filesOf(toy)["docs/classes/README.md"];
     EXPECT_NE(
         index.find("| [TRV_oVTAToy](TRV_oVTAToy.md) | TRVToyProfile | `CIM_Thing` | get, enumerate, modify, "
                    "invoke method | A toy \\| to play with. |\n"),
@@ -197,37 +178,29 @@ TEST(Page, EveryClassIsInTheIndex) {
 
 // --- Writing
 
-struct Writing : testing::Test {
+struct Writing : Files {
     const fs::path folder = fs::temp_directory_path() / ("generated." + std::to_string(::getpid()));
     generator::Output output;
 
     Writing() {
-        Toy toy;
-        makeToy(toy);
         output = generateToy(toy);
         fs::create_directories(folder / "docs/classes");
         fs::create_directories(folder / "schema");
     }
     ~Writing() override { fs::remove_all(folder); }
-    void put(const char *path) const { std::ofstream(folder / path) << "by hand\n"; }
 };
 
-TEST_F(Writing, PutsEveryFileInItsPlace) {
+TEST_F(Writing, PutsEveryFileInItsPlaceAndRemovesNothingButThePageOfAClassThatIsGone) {
+    for (const char *other : {"docs/classes/TRV_oVTAGone.md", "docs/classes.md", "schema/CIM_base.mof"}) {
+        std::ofstream(folder / other) << "by hand\n";
+    }
     ASSERT_EQ(generator::writeFiles(output, folder), "");
     for (const auto &[path, text] : output.files) {
         std::ifstream file(folder / path);
         const std::string written{std::istreambuf_iterator<char>(file), {}};
         EXPECT_EQ(written, text) << path;
     }
-}
-
-TEST_F(Writing, RemovesThePageOfAClassThatIsGoneAndNothingElse) {
-    put("docs/classes/TRV_oVTAGone.md");
-    put("docs/classes.md");
-    put("schema/CIM_base.mof");
-    ASSERT_EQ(generator::writeFiles(output, folder), "");
     EXPECT_FALSE(fs::exists(folder / "docs/classes/TRV_oVTAGone.md"));
-    EXPECT_TRUE(fs::exists(folder / "docs/classes/TRV_oVTAToy.md"));
     EXPECT_TRUE(fs::exists(folder / "docs/classes.md"));
     EXPECT_TRUE(fs::exists(folder / "schema/CIM_base.mof"));
 }
