@@ -4,10 +4,6 @@
 namespace {
 
 struct BaseServer : ServiceProcessorTest {
-    static void setVariable(int id, const std::string &value, int index = 0) {
-        sp::sql("UPDATE configuration_variable SET value = " + value + " WHERE id = " + std::to_string(id) +
-                " AND list_index = " + std::to_string(index));
-    }
     // A property of the one instance.
     std::string shown(const char *property) {
         const Reply reply = enumerate("BaseServer");
@@ -25,15 +21,16 @@ TEST_F(BaseServer, UrlsAreMadeOfSchemeHostAndPort) {
     setVariable(0x1A25, "x'FD000042000100000000000000000021'", 2);
     setVariable(0x1425, "0");
     setVariable(0x1420, "8080");
-    EXPECT_EQ(shown("AdminURLDNS"), "http://sp.example.net:8080/");
-    EXPECT_EQ(shown("AdminURLIPv4"), "http://192.0.2.21:8080/");
-    EXPECT_EQ(shown("AdminURLIPv6"), "http://[fd00:42:1::21]:8080/");
+    const auto expectUrls = [&](const std::string &scheme, const std::string &port) {
+        EXPECT_EQ(shown("AdminURLDNS"), scheme + "://sp.example.net:" + port + "/");
+        EXPECT_EQ(shown("AdminURLIPv4"), scheme + "://192.0.2.21:" + port + "/");
+        EXPECT_EQ(shown("AdminURLIPv6"), scheme + "://[fd00:42:1::21]:" + port + "/");
+    };
+    expectUrls("http", "8080");
     EXPECT_EQ(shown("ManagementIPAddress"), "192.0.2.21");
     setVariable(0x1425, "1");
     setVariable(0x1421, "443");
-    EXPECT_EQ(shown("AdminURLDNS"), "https://sp.example.net:443/");
-    EXPECT_EQ(shown("AdminURLIPv4"), "https://192.0.2.21:443/");
-    EXPECT_EQ(shown("AdminURLIPv6"), "https://[fd00:42:1::21]:443/");
+    expectUrls("https", "443");
 }
 
 TEST_F(BaseServer, WithoutAnAddressItsUrlIsEmpty) {
@@ -44,9 +41,6 @@ TEST_F(BaseServer, WithoutAnAddressItsUrlIsEmpty) {
     setVariable(0x1A22, "0");
     EXPECT_EQ(shown("AdminURLIPv6"), "");
     EXPECT_TRUE(traced("IPv6 is disabled"));
-    sp::fail("LIBIPMI_HL_GetIPv4Address");
-    EXPECT_EQ(shown("AdminURLIPv4"), "");
-    EXPECT_TRUE(traced("failed in to DRX_GetIPv4Address"));
 }
 
 TEST_F(BaseServer, AUrlIsFormedEvenIfItsPartsCannotBeRead) {
@@ -63,8 +57,7 @@ TEST_F(BaseServer, TimesAndReasonsComeFromOemCommands) {
     EXPECT_EQ(shown("LastPowerOnReason"), "3");
     EXPECT_EQ(shown("LastPowerOffReason"), "4");
     sp::fail("LIBIPMI_Send_RAW_IPMI2_0_Command");
-    EXPECT_EQ(shown("LastPowerOnReason"), "255");
-    EXPECT_EQ(shown("LastPowerOffReason"), "255");
+    EXPECT_EQ(shown("LastPowerOnReason") + ' ' + shown("LastPowerOffReason"), "255 255");
     EXPECT_EQ(shown("LastBootTime"), "19700101000000.000000+000");
 }
 
@@ -86,11 +79,7 @@ TEST_F(BaseServer, IdentifyingInformationComesFromThreePlaces) {
     EXPECT_EQ(shown("OtherIdentifyingInfo"), "{guid, serial, tag}");
     EXPECT_EQ(shown("IdentifyingDescriptions"), "{CIM:GUID, CIM:Model:SerialNumber, CIM:Tag}");
     EXPECT_EQ(shown("OtherDedicatedDescriptions"), "{}") << "one empty text";
-}
-
-TEST_F(BaseServer, IdentifyingInformationThatCannotBeReadIsLeftOut) {
     // An empty text keeps its place in the record; the list of the property ends at a missing one only.
-    setVariable(0x0210, "'tag'");
     sp::fail("zbr_oemdb_get_sys_info");
     sp::sql("UPDATE frudevice_sdr SET FruDeviceId = 9 WHERE FruDeviceId = 2");
     EXPECT_EQ(shown("OtherIdentifyingInfo"), "{, , tag}");
@@ -124,45 +113,36 @@ TEST_F(BaseServer, TheAgentNamesTheHost) {
     EXPECT_EQ(shown("ElementName"), "configured");
 }
 
-TEST_F(BaseServer, NamesOpenNoSession) {
-    EXPECT_EQ(names("BaseServer").size(), 1U);
-    EXPECT_EQ(sp::calls("CIM_Create_IPMI20_Session"), 0);
-}
-
 TEST_F(BaseServer, WithoutTheHelperLibrarysRowThereIsNoInstanceAndNoFailure) {
+    const auto isEmpty = [&] {
+        const Reply reply = enumerate("BaseServer");
+        return reply.answer.rc == CMPI_RC_OK && reply.size() == 0;
+    };
     wraps::fail(wraps::Open, 1);
-    EXPECT_EQ(enumerate("BaseServer").size(), 0U);
+    EXPECT_TRUE(isEmpty());
     for (const int nth : {1, 2}) {
         wraps::fail(wraps::Symbol, nth);
-        const Reply reply = enumerate("BaseServer");
-        EXPECT_EQ(reply.answer.rc, CMPI_RC_OK);
-        EXPECT_EQ(reply.size(), 0U);
+        EXPECT_TRUE(isEmpty()) << nth;
     }
     sp::fail("PH_Enum_All_HostComputerSystem");
-    EXPECT_EQ(enumerate("BaseServer").size(), 0U);
+    EXPECT_TRUE(isEmpty());
     EXPECT_TRUE(traced("Number of instance is not expected (num=0)"));
 }
 
 TEST_F(BaseServer, OnlySessionAndMemoryFailTheEnum) {
+    EXPECT_EQ(names("BaseServer").size(), 1U);
+    EXPECT_EQ(sp::calls("CIM_Create_IPMI20_Session"), 0) << "which names don't need";
     const std::string failed = "Failed to Enumerate Instance";
     sp::fail("CIM_Create_IPMI20_Session");
     EXPECT_EQ(enumerate("BaseServer").answer.message, failed);
     sp::clear_faults();
-    wraps::fail(wraps::Allocation, 1);
-    EXPECT_EQ(enumerate("BaseServer").answer.message, failed);
-    EXPECT_TRUE(traced("Failed to allocate memory"));
-    for (int nth = 2; nth <= 8; ++nth) { // the seven texts
+    for (int nth = 1; nth <= 8; ++nth) { // the record and its seven texts
         wraps::fail(wraps::Allocation, nth);
         EXPECT_EQ(enumerate("BaseServer").answer.message, failed) << nth;
     }
 }
 
 // --- Methods
-
-TEST_F(BaseServer, AFanTestIsStartedByItsCommand) {
-    EXPECT_EQ(broker::textOfValue(invoke(serverPath(), "startfantest").answer.value), "0");
-    EXPECT_EQ(sp::sql("SELECT FanTests FROM service_processor")[0][0], "1");
-}
 
 TEST_F(BaseServer, EveryWayThatAMethodFailsIsTold) {
     const auto caller = request();
@@ -187,12 +167,14 @@ TEST_F(BaseServer, EveryWayThatAMethodFailsIsTold) {
     EXPECT_TRUE(traced("dlopen/dlsym failed errno="));
 }
 
-TEST_F(BaseServer, AStateChangeIsHandedOn) {
+TEST_F(BaseServer, AStateChangeIsHandedOnAndAFanTestStarted) {
     const Reply off = invoke(serverPath(), "RequestStateChange", {{"RequestedState", {"3"}}});
     EXPECT_EQ(off.answer.rc, CMPI_RC_OK) << off.answer.message;
     EXPECT_EQ(broker::textOfValue(off.answer.value), "0");
     EXPECT_EQ(shown("EnabledState"), "3");
     EXPECT_EQ(shown("RequestedState"), "3");
+    EXPECT_EQ(broker::textOfValue(invoke(serverPath(), "startfantest").answer.value), "0");
+    EXPECT_EQ(sp::sql("SELECT FanTests FROM service_processor")[0][0], "1");
     const Reply unknown = invoke(serverPath(), "RequestStateChange", {{"RequestedState", {"99"}}});
     EXPECT_NE(unknown.answer.rc, CMPI_RC_OK);
     EXPECT_EQ(shown("EnabledState"), "3");

@@ -8,29 +8,17 @@ constexpr char path_text[] =
 constexpr char never[] = "99999999000000.000000:000";
 
 struct PowerConsumption : ServiceProcessorTest {
-    static void setVariable(int id, int value, int index = 0) {
-        sp::sql("UPDATE configuration_variable SET value = " + std::to_string(value) +
-                " WHERE id = " + std::to_string(id) + " AND list_index = " + std::to_string(index));
-    }
-    static std::string variable(int id) {
-        return sp::sql("SELECT value FROM configuration_variable WHERE id = " + std::to_string(id))
-            .at(0)
-            .at(0);
-    }
-    static std::string told(const Reply &reply) {
-        return std::to_string(reply.answer.rc) + " " + reply.answer.message;
-    }
     std::string shown(const char *property) { return get(path_text).value(0, property); }
 };
 
 TEST_F(PowerConsumption, TimesAreShownAsIntervals) {
     for (int day = 0; day < 7; ++day) {
-        setVariable(0x1A02, 480 + day, day);
-        setVariable(0x1A03, 0xFFFF, day);
-        setVariable(0x1A04, day + 1, day);
+        setVariable(0x1A02, std::to_string(480 + day), day);
+        setVariable(0x1A03, "65535", day);
+        setVariable(0x1A04, std::to_string(day + 1), day);
     }
-    setVariable(0x1A02, 0xFFFE, 6);
-    setVariable(0x1A0A, 0xFFFF);
+    setVariable(0x1A02, "65534", 6);
+    setVariable(0x1A0A, "65535");
     const Reply reply = get(path_text);
     ASSERT_EQ(reply.answer.rc, CMPI_RC_OK) << reply.answer.message;
     EXPECT_EQ(reply.value(0, "ConfPowerControlScheduleTime1"),
@@ -43,11 +31,11 @@ TEST_F(PowerConsumption, TimesAreShownAsIntervals) {
 }
 
 TEST_F(PowerConsumption, TheModeIsReadOnlyWhileMonitoringIsOn) {
-    setVariable(0x1A00, 5);
-    setVariable(0x1A01, 7);
+    setVariable(0x1A00, "5");
+    setVariable(0x1A01, "7");
     EXPECT_EQ(shown("ConfPowerControlMode"), "5");
     EXPECT_EQ(shown("ConfPowerMonitoringEnable"), "true");
-    setVariable(0x1A01, 0);
+    setVariable(0x1A01, "0");
     EXPECT_EQ(shown("ConfPowerControlMode"), "0");
 }
 
@@ -81,35 +69,37 @@ TEST_F(PowerConsumption, AFailedReadIsOnlyTraced) {
 
 TEST_F(PowerConsumption, ChangesAreWrittenInTheFormOfTheirVariables) {
     EXPECT_EQ(
-        told(modify(path_text, {{"ConfDynPowerLimitEnable", {"false"}},
-                                {"ConfPowerLimitModePeriod", {"00000000000130.000000:000"}}, // 90 seconds
-                                {"ConfPowerLimitModeValue", {"700"}}})),
-        "0 ");
+        textOf(modify(path_text, {{"ConfDynPowerLimitEnable", {"false"}},
+                                  {"ConfPowerLimitModePeriod", {"00000000000130.000000:000"}}, // 90 seconds
+                                  {"ConfPowerLimitModeValue", {"700"}}})
+                   .answer),
+        "0");
     EXPECT_EQ(variable(0x1A08), "0");
     EXPECT_EQ(variable(0x1A0A), "1");
     EXPECT_EQ(variable(0x1A06), "700");
 }
 
 TEST_F(PowerConsumption, EveryWayThatAChangeFailsIsTold) {
-    const auto change = [&] { return told(modify(path_text, {{"ConfPowerLimitModeValue", {"701"}}})); };
-    EXPECT_EQ(told(modify("PowerConsumptionConfigSettings.InstanceID=\"other\"",
-                          {{"ConfPowerLimitModeValue", {"1"}}})),
+    EXPECT_EQ(textOf(modify("PowerConsumptionConfigSettings.InstanceID=\"other\"",
+                            {{"ConfPowerLimitModeValue", {"1"}}})
+                         .answer),
               "6 Instance is not found");
-    EXPECT_EQ(told(modify(path_text, {{"Caption", {"x"}}})), "4 Invalid Property: Caption ");
-    sp::fail("getModifiableProperties");
-    EXPECT_EQ(change(), "1 Failed to retreive modifiable propeties");
-    sp::clear_faults();
-    sp::fail("ZBR_CIM_GetValueFromInstance");
-    EXPECT_EQ(change(), "1 Failed to get ConfPowerLimitModeValue value from the parameter");
-    sp::clear_faults();
-    sp::fail("ZBR_CIM_SetConfigSpaceVariables", {.at = 0, .result = 0x1C7});
-    EXPECT_EQ(change(), "1 Failed to set ConfPowerLimitModeValue value for the target instance (ret=0x1c7) ");
-    sp::clear_faults();
-    sp::fail("CIM_Create_IPMI20_Session");
-    EXPECT_EQ(told(modify(path_text, {{"ConfPowerLimitModeValue", {"701"}}})),
-              "1 Create IPMI session failed");
-    sp::clear_faults();
-    EXPECT_EQ(told(modify(path_text, {{"ConfPowerLimitModeValue", {variable(0x1A06)}}})), "0 ");
+    EXPECT_EQ(textOf(modify(path_text, {{"Caption", {"x"}}}).answer), "4 Invalid Property: Caption ");
+    const std::tuple<const char *, std::optional<int>, const char *> failures[] = {
+        {"getModifiableProperties", {}, "1 Failed to retreive modifiable propeties"},
+        {"ZBR_CIM_GetValueFromInstance",
+         {},
+         "1 Failed to get ConfPowerLimitModeValue value from the parameter"},
+        {"ZBR_CIM_SetConfigSpaceVariables", 0x1C7,
+         "1 Failed to set ConfPowerLimitModeValue value for the target instance (ret=0x1c7) "},
+        {"CIM_Create_IPMI20_Session", {}, "1 Create IPMI session failed"},
+    };
+    for (const auto &[function, result, told] : failures) {
+        sp::fail(function, {.at = 0, .result = result});
+        EXPECT_EQ(textOf(modify(path_text, {{"ConfPowerLimitModeValue", {"701"}}}).answer), told);
+        sp::clear_faults();
+    }
+    EXPECT_EQ(textOf(modify(path_text, {{"ConfPowerLimitModeValue", {variable(0x1A06)}}}).answer), "0");
     EXPECT_TRUE(traced("No modifiable property is found"));
 }
 

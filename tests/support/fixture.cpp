@@ -235,6 +235,18 @@ testing::AssertionResult ServiceProcessorTest::traced(const std::string &text) {
                                                : testing::AssertionSuccess();
 }
 
+void ServiceProcessorTest::setVariable(int id, const std::string &value, int index) {
+    sp::sql("UPDATE configuration_variable SET value = " + value + " WHERE id = " + std::to_string(id) +
+            " AND list_index = " + std::to_string(index));
+}
+
+std::string ServiceProcessorTest::variable(int id, int index) {
+    return sp::sql("SELECT value FROM configuration_variable WHERE id = " + std::to_string(id) +
+                   " AND list_index = " + std::to_string(index))
+        .at(0)
+        .at(0);
+}
+
 // --- CapturingResult
 
 namespace {

@@ -54,6 +54,10 @@ struct ServiceProcessorTest : testing::Test {
     std::string trace();
     testing::AssertionResult traced(const std::string &text); // whether it is among that
 
+    // The configuration space as the store has it. Values are literals of SQL.
+    static void setVariable(int id, const std::string &value, int index = 0);
+    static std::string variable(int id, int index = 0);
+
     const std::string store; // the file of this test's server
 };
 
