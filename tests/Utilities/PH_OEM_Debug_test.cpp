@@ -22,47 +22,36 @@ TEST_F(PH_OEM_Debug, ALineNamesLevelFileAndText) {
 }
 
 TEST_F(PH_OEM_Debug, TheMaskDecidesWhichLevelsAreWritten) {
-    const auto writeWithMask = [&](int mask) {
-        sp::sql("UPDATE configuration_variable SET value = " + std::to_string(mask) +
-                " WHERE id = " + std::to_string(sp::trace_mask_variable));
+    for (const int mask : {256, 512, 256 + 512}) { // the last for the tests behind this one
+        setVariable(sp::trace_mask_variable, std::to_string(mask));
         zbr_debugmaskreconfig();
         TRACE(TraceFailure, "failure under %d", mask);
         TRACE(TraceProgress, "progress under %d", mask);
-    };
-    writeWithMask(TraceFailure);
-    writeWithMask(TraceProgress);
-    writeWithMask(0);
-    writeWithMask(TraceFailure | TraceProgress);
-    const std::string lines = trace();
-    const auto has = [&](const char *text) { return lines.find(text) != std::string::npos; };
-    EXPECT_TRUE(has("failure under 256"));
-    EXPECT_FALSE(has("progress under 256"));
-    EXPECT_FALSE(has("failure under 512"));
-    EXPECT_TRUE(has("progress under 512"));
-    EXPECT_FALSE(has("under 0"));
-    EXPECT_TRUE(has("failure under 768") && has("progress under 768"));
+    }
+    EXPECT_TRUE(traced("failure under 256"));
+    EXPECT_FALSE(traced("progress under 256"));
+    EXPECT_FALSE(traced("failure under 512"));
+    EXPECT_TRUE(traced("progress under 512"));
 }
 
 // --- Configuration read hook
 
-TEST_F(PH_OEM_Debug, TheReadHookDeliversAVariable) {
+TEST_F(PH_OEM_Debug, TheReadHookDeliversAVariableAndTellsNoSessionFromAFailedRead) {
     std::uint8_t buffer[16] = {};
     std::uint16_t returned = 0;
-    EXPECT_EQ(zbr_debughook_readconfig(sp::trace_mask_variable, 0, buffer, sizeof buffer, &returned), 0);
+    const auto read = [&] {
+        return zbr_debughook_readconfig(sp::trace_mask_variable, 0, buffer, sizeof buffer, &returned);
+    };
+    EXPECT_EQ(read(), 0);
     EXPECT_EQ(returned, 2);
     EXPECT_EQ(buffer[0] | buffer[1] << 8, 768);
-    EXPECT_EQ(sp::calls("CIM_Close_Session"), 1);
-}
-
-TEST_F(PH_OEM_Debug, TheReadHookTellsNoSessionFromAFailedRead) {
-    std::uint8_t buffer[16] = {};
-    std::uint16_t returned = 99;
+    returned = 99;
     sp::fail("ZBR_CIM_GetConfigSpaceVariables");
-    EXPECT_EQ(zbr_debughook_readconfig(sp::trace_mask_variable, 0, buffer, sizeof buffer, &returned), 19);
+    EXPECT_EQ(read(), 19);
     sp::fail("CIM_Create_IPMI20_Session");
-    EXPECT_EQ(zbr_debughook_readconfig(sp::trace_mask_variable, 0, buffer, sizeof buffer, &returned), 1);
+    EXPECT_EQ(read(), 1);
     EXPECT_EQ(returned, 99);
-    EXPECT_EQ(sp::calls("CIM_Close_Session"), 2) << "also when opening failed";
+    EXPECT_EQ(sp::calls("CIM_Close_Session"), 3) << "also when opening failed";
     EXPECT_EQ(trace(), "") << "the hook is silent";
 }
 

@@ -46,20 +46,21 @@ struct ModifyCSVProperty : ServiceProcessorTest {
 };
 
 TEST_F(ModifyCSVProperty, AScalarIsWrittenByItsType) {
+    const std::tuple<CMPIType, int, const char *, const char *> cases[] = {
+        {CMPI_boolean, 1, "true", "1"},
+        {CMPI_uint8, 1, "200", "200"},
+        {CMPI_uint16, 2, "65535", "65535"},
+        {CMPI_uint32, 4, "4294967295", "4294967295"},
+    };
+    for (const auto &[type, width, text, expected] : cases) {
+        makeList(width);
+        EXPECT_EQ(modify(type, {text}), 0);
+        EXPECT_EQ(stored(), expected);
+    }
     makeList(1);
-    EXPECT_EQ(modify(CMPI_boolean, {"true"}), 0);
-    EXPECT_EQ(stored(), "1");
-    EXPECT_EQ(modify(CMPI_uint8, {"200"}), 0);
-    EXPECT_EQ(stored(), "200");
     const CMPIData odd = {CMPI_boolean, CMPI_goodValue, {.boolean = 5}};
     EXPECT_EQ(PH_OEM_ModifyCSVProperty(cmpi(), &session, odd, list_variable), 0);
     EXPECT_EQ(stored(), "1") << "any true value is 1";
-    makeList(2);
-    EXPECT_EQ(modify(CMPI_uint16, {"65535"}), 0);
-    EXPECT_EQ(stored(), "65535");
-    makeList(4);
-    EXPECT_EQ(modify(CMPI_uint32, {"4294967295"}), 0);
-    EXPECT_EQ(stored(), "4294967295");
 }
 
 TEST_F(ModifyCSVProperty, ATextGoesWithoutItsEndAndItsLengthIsCutTo8Bits) {

@@ -20,11 +20,6 @@ struct PH_OEM_SystemNames : ServiceProcessorTest {
         EXPECT_EQ(PH_OEM_GetBaseServerName(name, sizeof name), 0);
         return name;
     }
-    static void setVariable(int id, const std::string &value) {
-        sp::sql("DELETE FROM configuration_variable WHERE id = " + std::to_string(id) +
-                "; INSERT INTO configuration_variable(id, name, width, value) VALUES(" + std::to_string(id) +
-                ", 'test', " + (value.find('\'') == 0 ? "2000" : "1") + ", " + value + ")");
-    }
 };
 
 TEST_F(PH_OEM_SystemNames, TheBaseServerIsCalledByTheSerialOfItsFirstChassisRow) {

@@ -44,35 +44,30 @@ TEST_F(PH_OEM_Utilities, ASessionThatComesUpAtTheThirdAttemptHasSleptTwice) {
     EXPECT_TRUE(traced("IPMI Connection established"));
 }
 
-TEST_F(PH_OEM_Utilities, WithoutLoginDataThereIsNoAttempt) {
+TEST_F(PH_OEM_Utilities, WithoutLoginDataThereIsNoAttemptAndASilentOneTracesNothing) {
     IpmiSession session{};
-    const std::pair<const char *, const char *> failures[] = {
-        {"zbr_oemdb_get_ipmi_session_info", "Unable to get IPMI Session Info from OEM DB"},
-        {"zbr_oemdb_init", "Unable to create handle for OEM DB Access"},
-    };
-    for (const auto &[function, told] : failures) {
-        sp::fail(function);
-        EXPECT_EQ(PH_OEM_CreateIPMISession(&session), -1) << function;
-        EXPECT_TRUE(traced(told));
-    }
-    EXPECT_EQ(sp::calls("CIM_Create_IPMI20_Session"), 0);
-    EXPECT_EQ(wraps::sleeps(), 0);
-}
-
-TEST_F(PH_OEM_Utilities, ASilentSessionTracesNothing) {
     sp::sql("UPDATE login SET Password = 'other'");
-    IpmiSession session{};
     EXPECT_EQ(PH_OEM_CreateIPMISession_Ex(&session, 0), -1);
-    sp::fail("zbr_oemdb_init");
+    const int attempts = sp::calls("CIM_Create_IPMI20_Session");
+    sp::fail("zbr_oemdb_get_ipmi_session_info");
     EXPECT_EQ(PH_OEM_CreateIPMISession_Ex(&session, 0), -1);
     EXPECT_EQ(trace(), "");
+    EXPECT_EQ(PH_OEM_CreateIPMISession(&session), -1);
+    EXPECT_TRUE(traced("Unable to get IPMI Session Info from OEM DB"));
+    sp::fail("zbr_oemdb_init");
+    EXPECT_EQ(PH_OEM_CreateIPMISession(&session), -1);
+    EXPECT_TRUE(traced("Unable to create handle for OEM DB Access"));
+    EXPECT_EQ(sp::calls("CIM_Create_IPMI20_Session"), attempts);
 }
 
 TEST_F(PH_OEM_Utilities, NumbersOfTheLoginDataAreTextInAnyBaseCutTo8Bits) {
     sp::sql("UPDATE session_information SET AuthenticationType = '0x106', ConfidentialityAlgorithm = '010',"
             "AuthenticationAlgorithm = ' 2', IntegrityAlgorithm = 'none'");
-    for (const auto &[text, privilege] : std::vector<std::pair<std::string, std::string>>{
-             {"3", "3"}, {"0", "4"}, {"none", "4"}, {"", "4"}, {"256", "4"}, {"0x103", "3"}}) {
+    for (const auto &[text, privilege] : {std::pair<std::string, std::string>{"3", "3"},
+                                          {"0", "4"},
+                                          {"none", "4"},
+                                          {"256", "4"},
+                                          {"0x103", "3"}}) {
         sp::sql("UPDATE session_information SET PrivilegeLevel = '" + text + "'");
         IpmiSession session{};
         EXPECT_EQ(PH_OEM_CreateIPMISession(&session), 0) << text;

@@ -314,6 +314,7 @@ TEST_F(PH_OEM_Values, PathsCompareByEverythingButTheOrderOfKeys) {
     };
     for (const CMPIObjectPath *other : others) {
         EXPECT_EQ(PH_OEM_CompareObjectPath(one, other), -1) << broker::textOfPath(other, true);
+        EXPECT_EQ(PH_OEM_CompareObjectPath(other, one), -1) << broker::textOfPath(other, true);
     }
     EXPECT_EQ(PH_OEM_CompareObjectPath(one, make("root/cimv2", "C", {{"B", "2"}, {"A", "1"}})), 0);
     EXPECT_EQ(PH_OEM_CompareObjectPath(make("n", "C", {}), make("n", "C", {})), 0);

@@ -80,6 +80,11 @@ const Broken cases[] = {
      ".mode: it stands twice among the modifiable properties"},
     {[](Toy &toy) { toy.grow.name = "Paint"; },
      ".Paint: its parameters aren't those that it has in CIM_Thing"},
+    {[](Toy &toy) { // the other way round
+         toy.grow.name = "Paint";
+         toy.parameters = {{"Colour", CMPI_chars, "Its colour.", true}};
+     },
+     ".Paint: its parameters aren't those that it has in CIM_Thing"},
     {[](Toy &toy) { toy.table.className = "CIM_Keyless"; }, ": it is declared twice"},
 };
 
