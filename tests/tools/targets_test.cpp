@@ -67,10 +67,10 @@ TEST_F(Targets, AValueOfAnotherTypeIsRefusedWithTheDeclaredOne) {
         Texts words;
         const char *property, *type;
     } cases[] = {
-        {{"Numbers=1,two"}, "Numbers", "uint16"},           {{"Numbers=1,,2"}, "Numbers", "uint16"},
-        {{"Numbers=65536"}, "Numbers", "uint16"},           {{"Small=128"}, "Small", "sint8"},
-        {{"Small=1", "Small=2"}, "Small", "sint8"},         {{"When=yesterday"}, "When", "datetime"},
-        {{"Friend=Nobody.Name=\"x\""}, "Friend", "Nobody"},
+        {{"Numbers=1,two"}, "Numbers", "uint16"},   {{"Numbers=1,,2"}, "Numbers", "uint16"},
+        {{"Numbers=65536"}, "Numbers", "uint16"},   {{"Small=128"}, "Small", "sint8"},
+        {{"Small=1", "Small=2"}, "Small", "sint8"}, {{"=7"}, "'=7'", "Name=value"},
+        {{"When=yesterday"}, "When", "datetime"},   {{"Friend=Nobody.Name=\"x\""}, "Friend", "Nobody"},
     };
     for (const auto &one : cases) {
         const std::string message = assigned(one.words);
