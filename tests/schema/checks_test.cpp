@@ -66,6 +66,8 @@ const Broken cases[] = {
      ": an order of its keys doesn't have each of them once"},
     {[](Toy &toy) { toy.properties[1].values = "0=Off"; },
      ".Mode: the value codes \"0=Off\" don't read like \"0 Off, 1 On\""},
+    {[](Toy &toy) { toy.properties[1].values = "- Off"; },
+     ".Mode: the value codes \"- Off\" don't read like \"0 Off, 1 On\""},
     {[](Toy &toy) { toy.properties[1].values = "0 Off, 1 On, 0 None"; },
      ".Mode: the value code 0 stands twice"},
     {[](Toy &toy) { toy.properties[1].values = "255 On, 256 Off"; }, ".Mode: the value code 256 is no uint8"},

@@ -59,8 +59,8 @@ TEST_F(Server, ANarrowOverviewHasOneValueToALineAndTheDaysThatHaveATime) {
         {"SELECT 1", "Power state    Enabled"},
         {"SELECT 1", "Model          TORVEN RX7420"},
         {"UPDATE configuration_variable SET value = 65535 WHERE id = 0x00A0", "Powers on             never"},
-        {"UPDATE configuration_variable SET value = 61 WHERE id = 0x00A0 AND list_index IN (0, 2, 6)",
-         "Powers on             Sun 01:01, Tue 01:01, Sat 01:01"},
+        {"UPDATE configuration_variable SET value = 61 WHERE id = 0x00A0 AND list_index IN (0, 1, 3, 6)",
+         "Powers on             Sun-Mon 01:01, Wed 01:01, Sat 01:01"},
         {"UPDATE configuration_variable SET value = 0 WHERE id = 0x00A0",
          "Powers on             Sun-Sat 00:00"},
     };
