@@ -424,6 +424,11 @@ TEST_F(Tool, FaultsShowInTheJournalAndFailTheRequest) {
     EXPECT_EQ(ended.out, "");
     for (const char *text : {"Failed to Enumerate Instance", "(told to fail)"})
         EXPECT_NE(ended.err.find(text), std::string::npos) << ended.err;
+    const Ended counted = vch({"instance", "count", "Registered*"});
+    EXPECT_EQ(counted.code, 1);
+    EXPECT_EQ(counted.out, "");
+    EXPECT_NE(counted.err.find("TRV_oVTARegisteredProfile: CMPI_RC_ERR_FAILED (1)"), std::string::npos)
+        << counted.err;
 }
 
 TEST_F(Tool, AFullDiskIsAnError) {
