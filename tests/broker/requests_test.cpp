@@ -1,7 +1,6 @@
 // Requests: found providers, what they may answer, up-calls, associations, methods.
 #include "fixture.h"
 
-#include <algorithm>
 #include <atomic>
 #include <dlfcn.h>
 
@@ -9,10 +8,6 @@ namespace {
 
 using Requests = BrokerTest;
 using broker::Answer;
-
-std::string rcAndMessage(const Answer &answer) {
-    return std::to_string(answer.rc) + ": " + answer.message;
-}
 
 // --- Opening ------------------------------------------------------------------------------------------
 
@@ -22,7 +17,7 @@ TEST(OpenBroker, AFailureIsExplained) {
     noMof.mofFiles.push_back("/nowhere/x.mof");
     std::string error;
     EXPECT_EQ(broker::openBroker(noModule, error), nullptr);
-    EXPECT_NE(error.find("can't load the provider module: /nowhere/module.so"), std::string::npos) << error;
+    EXPECT_TRUE(error.starts_with("can't load the provider module: /nowhere/module.so")) << error;
     EXPECT_EQ(broker::openBroker(noMof, error), nullptr);
     EXPECT_EQ(error, "can't read the MOF file /nowhere/x.mof: No such file or directory");
 }
@@ -53,79 +48,65 @@ TEST(OpenBroker, ProvidersAreMadeOnceAndCleanedUpAtTheEnd) {
 
 TEST_F(Requests, EnumerationCoversSubclasses) {
     const Answer things = broker::enumerateInstances(*request, path("Thing"), nullptr);
-    EXPECT_EQ(rcAndMessage(things), "0: ");
-    ASSERT_EQ(things.instances.size(), 6U); // three of T_Thing, three of T_Named
+    ASSERT_EQ(things.instances.size(), 6U) << things.message; // three of T_Thing, three of T_Named
     EXPECT_EQ(broker::textOfPath(CMGetObjectPath(things.instances[0], nullptr)), "T_Thing.Id=\"thing 0\"");
     EXPECT_EQ(broker::textOfPath(CMGetObjectPath(things.instances[5], nullptr)), "T_Named.Id=\"thing 2\"");
     const Answer names = broker::enumerateInstanceNames(*request, path("Thing"));
     ASSERT_EQ(names.paths.size(), 6U);
     EXPECT_EQ(broker::textOfPath(names.paths[5], true), "root/cimv2:T_Named.Id=\"thing 2\"");
-    EXPECT_EQ(broker::enumerateInstances(*request, path("Named"), nullptr).instances.size(), 3U);
+    // An instance stays as it was returned, whatever becomes of the same one in another answer.
+    const Answer again = broker::getInstance(*request, path("Thing.Id=\"thing 1\""), nullptr);
+    CMSetProperty(things.instances[1], "Note", "changed", CMPI_chars);
+    EXPECT_EQ(valueOf(things.instances[1], "Note"), "changed");
+    EXPECT_EQ(valueOf(again.instances.at(0), "Note"), "all");
+    EXPECT_EQ(valueOf(again.instances[0], "Number"), "1");
 }
 
-TEST_F(Requests, AnInstanceIsFoundByItsKey) {
-    const Answer found = broker::getInstance(*request, path("Thing.Id=\"thing 7\""), nullptr);
-    ASSERT_EQ(found.instances.size(), 1U) << found.message;
-    EXPECT_EQ(valueOf(found.instances[0], "Number"), "7");
-    EXPECT_EQ(rcAndMessage(broker::getInstance(*request, path("Thing.Id=\"x\""), nullptr)),
-              "6: no such thing");
-    // A missing key reaches the provider.
-    EXPECT_EQ(rcAndMessage(broker::getInstance(*request, path("Thing"), nullptr)), "6: no such thing");
-}
-
-TEST_F(Requests, AWrongTargetIsNamed) {
-    CMPIObjectPath *elsewhere = path("Thing");
+TEST_F(Requests, AFailureIsNamedAndLeavesNoInstances) {
+    CMPIObjectPath *elsewhere = path("Thing"), *nothing = path("Thing");
     CMSetNameSpace(elsewhere, "root/other");
-    CMPIObjectPath *sameInCapitals = path("Thing");
-    CMSetNameSpace(sameInCapitals, "ROOT/CimV2");
-    CMPIObjectPath *nothing = path("Thing");
     CMSetClassName(nothing, "T_Nothing");
     const struct {
-        const CMPIObjectPath *path;
+        const CMPIObjectPath *target;
         const char *answer;
-    } cases[] = {
+    } enumerations[] = {
         {elsewhere, "3: namespace \"root/other\" isn't served here, only \"root/cimv2\""},
-        {sameInCapitals, "0: "},
         {nothing, "5: class \"T_Nothing\" isn't declared"},
-        {path("Unserved"), "7: class T_Unserved has no provider"},
-        {path("Unloadable"), "1: doesn't load today"},
+        {path("Unserved"), "7: class Unserved has no provider"},
+        {path("Root"), "1: doesn't load today"}, // as one subclass doesn't
         {nullptr, "4: a request needs an object path and a context"},
+        {path("Undeclared"), "1: class T_Undeclared declares no property Surprise"},
+        {path("WrongType"),
+         "1: class T_WrongType: the property Value was set with type uint32, declared uint16"},
+        {path("NoKey"), "1: class T_NoKey: the key property Id is missing or empty"},
+        {path("EmptyKey"), "1: class T_EmptyKey: the key property Id is missing or empty"},
+        {path("OtherKey"), "1: class T_OtherKey: the key Id of the object path differs from the property"},
+        {path("WrongClass"), "1: the provider answered with class T_Thing where T_WrongClass was asked for"},
+        {path("PathInstead"), "1: the provider returned an object path where none was asked for"},
+        {path("FailsAfterTwo"), "2: no more"},
     };
-    for (const auto &[target, answer] : cases) {
-        EXPECT_EQ(rcAndMessage(broker::enumerateInstances(*request, target, nullptr)), answer);
-    }
-}
-
-TEST_F(Requests, OneFailingSubclassFailsItsBaseClass) {
-    const Answer all = broker::enumerateInstances(*request, path("Root"), nullptr);
-    EXPECT_EQ(rcAndMessage(all), "1: doesn't load today"); // T_Unloadable
-    EXPECT_TRUE(all.instances.empty());
-    EXPECT_EQ(rcAndMessage(broker::enumerateInstanceNames(*request, path("Asking"))), "7: not supported");
-}
-
-TEST_F(Requests, WhatAProviderMayNotAnswerIsNamed) {
-    const struct {
-        const char *className, *answer;
-    } cases[] = {
-        {"Undeclared", "1: class T_Undeclared declares no property Surprise"},
-        {"WrongType", "61: "}, // the provider's own status: the property was refused when it was set
-        {"WrongAndOn", "1: class T_WrongAndOn: the property Value was set with type uint32, declared uint16"},
-        {"NoKey", "1: class T_NoKey: the key property Id is missing or empty"},
-        {"EmptyKey", "1: class T_EmptyKey: the key property Id is missing or empty"},
-        {"OtherKey", "1: class T_OtherKey: the key Id of the object path differs from the property"},
-        {"WrongClass", "1: the provider answered with class T_Thing where T_WrongClass was asked for"},
-        {"PathInstead", "1: the provider returned an object path where none was asked for"},
-        {"FailsAfterTwo", "2: no more"},
-    };
-    for (const auto &[className, expected] : cases) {
-        const Answer answer = broker::enumerateInstances(*request, path(className), nullptr);
+    for (const auto &[target, expected] : enumerations) {
+        const Answer answer = broker::enumerateInstances(*request, target, nullptr);
         EXPECT_EQ(rcAndMessage(answer), expected);
-        EXPECT_TRUE(answer.instances.empty()) << className;
+        EXPECT_TRUE(answer.instances.empty()) << expected;
+    }
+    const struct {
+        const char *target, *answer;
+    } gets[] = {
+        {"Thing.Id=\"x\"", "6: no such thing"},
+        {"Thing", "6: no such thing"}, // a missing key reaches the provider
+        {"Undeclared.Id=\"one\"", "1: class T_Undeclared declares no property Surprise"},
+        {"NoKey.Id=\"x\"", "1: the provider of class T_NoKey answered a request for one instance with 0"},
+    };
+    for (const auto &[target, expected] : gets) {
+        EXPECT_EQ(rcAndMessage(broker::getInstance(*request, path(target), nullptr)), expected);
     }
     EXPECT_EQ(rcAndMessage(broker::enumerateInstanceNames(*request, path("NoKey"))),
               "1: class T_NoKey: the object path's key Id is missing or empty");
-    EXPECT_EQ(rcAndMessage(broker::getInstance(*request, path("Undeclared.Id=\"one\""), nullptr)),
-              "1: class T_Undeclared declares no property Surprise");
+    EXPECT_EQ(rcAndMessage(broker::enumerateInstanceNames(*request, path("OtherKey"))), "7: not supported");
+    CMPIObjectPath *capitals = path("Thing");
+    CMSetNameSpace(capitals, "ROOT/CimV2");
+    EXPECT_EQ(rcAndMessage(broker::enumerateInstances(*request, capitals, nullptr)), "0: ");
 }
 
 TEST_F(Requests, TheProviderSeesThePropertyListAndTheClientGetsNoMore) {
@@ -152,22 +133,26 @@ TEST_F(Requests, NumbersInKeysLoseTheirType) {
     EXPECT_EQ(CMGetKey(negative, "Slot", nullptr).type, CMPI_sint16); // the client's path stays
 }
 
-TEST_F(Requests, AManyInstancesAnswerIsWholeAndEndsWithTheRequest) {
-    ask("count", 100000);
+TEST_F(Requests, AnAnswerOfManyInstancesIsWholeAndEndsWithTheRequest) {
+    const CMPIUint32 count = 100000;
+    CMAddContextEntry(broker::contextOf(*request), "count", &count, CMPI_uint32);
     const Answer all = broker::enumerateInstances(*request, path("Named"), nullptr);
-    ASSERT_EQ(all.instances.size(), 100000U);
+    ASSERT_EQ(all.instances.size(), count);
+    EXPECT_EQ(valueOf(all.instances[0], "Id"), "thing 0");
     EXPECT_EQ(valueOf(all.instances[99999], "Id"), "thing 99999");
-    EXPECT_GT(broker::liveObjects(*broker), 100000U);
+    EXPECT_GT(broker::liveObjects(*broker), count);
     request.reset();
     EXPECT_EQ(broker::liveObjects(*broker), 0U);
 }
 
-TEST_F(Requests, AReturnedInstanceStaysAsItWasReturned) {
-    const Answer first = broker::getInstance(*request, path("Thing.Id=\"thing 1\""), nullptr);
-    const Answer second = broker::enumerateInstances(*request, path("Thing"), nullptr);
-    CMSetProperty(second.instances.at(1), "Note", "changed", CMPI_chars);
-    EXPECT_EQ(valueOf(second.instances[1], "Note"), "changed");
-    EXPECT_EQ(valueOf(first.instances.at(0), "Note"), "all");
+TEST_F(Requests, RequestsOfAThreadMayEndInAnyOrder) {
+    broker::RequestPointer second = broker::beginRequest(*broker, {});
+    const Answer outer = broker::enumerateInstances(*request, path("Named"), nullptr);
+    second.reset();
+    EXPECT_EQ(valueOf(outer.instances.at(0), "Id"), "thing 0"); // lies in the first request
+    second = broker::beginRequest(*broker, {});
+    request.reset();
+    EXPECT_EQ(textOf(CMNewString(cmpi, "text", nullptr)), "text");
 }
 
 // --- Changes and methods --------------------------------------------------------------------------------
@@ -176,8 +161,8 @@ TEST_F(Requests, AModificationReachesTheProviderWithItsList) {
     CMPIInstance *instance = thing();
     broker::setProperty(instance, "Note", {CMPI_string, CMPI_nullValue, {}});
     const CMPIObjectPath *target = path("Thing.Id=\"x\"");
-    EXPECT_EQ(rcAndMessage(broker::modifyInstance(*request, target, instance, nullptr)), "4: all");
     const char *list[] = {"Note", nullptr};
+    EXPECT_EQ(rcAndMessage(broker::modifyInstance(*request, target, instance, nullptr)), "4: all");
     EXPECT_EQ(rcAndMessage(broker::modifyInstance(*request, target, instance, list)), "4: Note;");
     CMSetProperty(instance, "Note", "good", CMPI_chars);
     EXPECT_EQ(rcAndMessage(broker::modifyInstance(*request, target, instance, list)), "0: ");
@@ -185,47 +170,35 @@ TEST_F(Requests, AModificationReachesTheProviderWithItsList) {
               "4: there is no instance to modify");
     EXPECT_EQ(rcAndMessage(broker::deleteInstance(*request, target)),
               "7: the provider of class T_Thing lacks this operation");
-    EXPECT_EQ(broker::createInstance(*request, path("Thing"), instance).rc, CMPI_RC_ERR_NOT_SUPPORTED);
 }
 
 TEST_F(Requests, AMethodAnswersWithItsValueAndArguments) {
-    CMPIArgs *in = CMNewArgs(cmpi, nullptr), *out = CMNewArgs(cmpi, nullptr);
-    CMAddArg(in, "Text", "hello", CMPI_chars);
-    const Answer echo = broker::invokeMethod(*request, path("Thing.Id=\"x\""), "Echo", in, out);
-    EXPECT_EQ(rcAndMessage(echo), "0: ");
-    EXPECT_EQ(echo.value.type, CMPI_uint32);
-    EXPECT_EQ(echo.value.value.uint32, 0U);
-    EXPECT_EQ(CMGetArgCount(out, nullptr), 2U);
-    EXPECT_EQ(broker::textOfValue(CMGetArg(out, "reply", nullptr)), "hello");
-    EXPECT_EQ(broker::textOfValue(CMGetArg(out, "Codes", nullptr)), "{NULL, 7}");
-}
-
-TEST_F(Requests, AWrongMethodAnswerIsNamed) {
     const struct {
         const char *method, *answer;
     } cases[] = {
+        {"Echo", "0: "},
         {"ReturnText", "1: method ReturnText returned a value of type string, declared uint32"},
         {"OutUndeclared", "1: class T_Thing, method OutUndeclared declares no out parameter Surprise"},
-        {"OutWrongType", "1: class T_Thing, method OutWrongType declares no out parameter Reply"},
+        {"OutWrongType",
+         "1: class T_Thing, method OutWrongType: the out parameter Reply is of type uint32, declared string"},
         {"Unknown", "17: Unknown"}, // undeclared methods reach the provider
         {nullptr, "4: a method call needs a name, and arguments in and out"},
     };
-    for (const auto &[method, answer] : cases) {
+    for (const auto &[method, expected] : cases) {
         CMPIArgs *in = CMNewArgs(cmpi, nullptr), *out = CMNewArgs(cmpi, nullptr);
-        EXPECT_EQ(rcAndMessage(broker::invokeMethod(*request, path("Thing"), method, in, out)), answer);
+        CMAddArg(in, "Text", "hello", CMPI_chars);
+        const Answer answer = broker::invokeMethod(*request, path("Thing"), method, in, out);
+        EXPECT_EQ(rcAndMessage(answer), expected);
+        if (answer.rc == CMPI_RC_OK) {
+            EXPECT_EQ(broker::textOfValue(answer.value), "0");
+            EXPECT_EQ(CMGetArgCount(out, nullptr), 2U);
+            EXPECT_EQ(broker::textOfValue(CMGetArg(out, "reply", nullptr)), "hello");
+            EXPECT_EQ(broker::textOfValue(CMGetArg(out, "Codes", nullptr)), "{NULL, 7}");
+        }
     }
 }
 
 // --- Up-calls and associations --------------------------------------------------------------------------
-
-TEST_F(Requests, ProvidersAskOneAnother) {
-    const Answer asked = broker::enumerateInstances(*request, path("Threaded"), nullptr);
-    EXPECT_EQ(rcAndMessage(asked), "0: ");
-    EXPECT_EQ(valueOf(asked.instances.at(0), "Found"), "6"); // from a thread that the provider attached
-    const Answer both = broker::enumerateInstances(*request, path("Asking"), nullptr);
-    ASSERT_EQ(both.instances.size(), 2U) << both.message;
-    EXPECT_EQ(valueOf(both.instances[0], "Found"), "6");
-}
 
 TEST_F(Requests, AnUpCallsArrayLeavesTheStatusAlone) {
     CMPIStatus status = {CMPI_RC_OK, nullptr};
@@ -237,9 +210,8 @@ TEST_F(Requests, AnUpCallsArrayLeavesTheStatusAlone) {
     const CMPIArray *array = CMToArray(all, &status);
     EXPECT_EQ(status.rc, CMPI_RC_ERR_FAILED); // as some CIM servers do
     EXPECT_EQ(CMGetArrayCount(array, nullptr), 3U);
-    EXPECT_EQ(CMGetArrayType(array, nullptr), CMPI_instance);
+    EXPECT_EQ(CMGetArrayElementAt(array, 0, nullptr).type, CMPI_instance);
     CMPIEnumeration *clone = CMClone(all, nullptr);
-    CMRelease(all);
     int left = 0;
     while (CMHasNext(clone, nullptr)) {
         EXPECT_EQ(CMGetNext(clone, &status).type, CMPI_instance);
@@ -257,8 +229,6 @@ TEST_F(Requests, UpCallsAnswerAsClientsAreAnswered) {
     EXPECT_EQ(CBGetInstance(cmpi, context, path("Thing.Id=\"x\""), nullptr, &status), nullptr);
     EXPECT_EQ(status.rc, CMPI_RC_ERR_NOT_FOUND);
     EXPECT_EQ(textOf(status.msg), "no such thing");
-    EXPECT_EQ(CBEnumInstances(cmpi, context, path("Unserved"), nullptr, &status), nullptr);
-    EXPECT_EQ(status.rc, CMPI_RC_ERR_NOT_SUPPORTED);
     EXPECT_EQ(CBEnumInstanceNames(cmpi, nullptr, path("Thing"), &status), nullptr);
     EXPECT_EQ(status.rc, CMPI_RC_ERR_INVALID_PARAMETER);
     // The list narrows what a client gets, not what a provider gets.
@@ -268,8 +238,10 @@ TEST_F(Requests, UpCallsAnswerAsClientsAreAnswered) {
     EXPECT_EQ(valueOf(one, "Number"), "4");
     EXPECT_EQ(CBGetProperty(cmpi, context, path("Thing.Id=\"thing 4\""), "Number", &status).value.uint32, 4U);
     EXPECT_EQ(CBSetProperty(cmpi, context, path("Thing"), "Note", "good", CMPI_chars).rc, CMPI_RC_OK);
-    EXPECT_EQ(CBSetProperty(cmpi, context, path("Thing"), "Note", "bad", CMPI_chars).rc,
-              CMPI_RC_ERR_INVALID_PARAMETER);
+    status = CBSetProperty(cmpi, context, path("Thing"), "Note", "bad", CMPI_chars);
+    EXPECT_EQ(std::to_string(status.rc) + textOf(status.msg), "4Note;");
+    EXPECT_EQ(CBSetProperty(cmpi, context, path("Thing"), "Number", "bad", CMPI_chars).rc,
+              CMPI_RC_ERR_INVALID_DATA_TYPE);
     CMPIArgs *in = CMNewArgs(cmpi, nullptr), *out = CMNewArgs(cmpi, nullptr);
     CMAddArg(in, "Text", "hello", CMPI_chars);
     EXPECT_EQ(CBInvokeMethod(cmpi, context, path("Thing"), "Echo", in, out, &status).type, CMPI_uint32);
@@ -277,40 +249,28 @@ TEST_F(Requests, UpCallsAnswerAsClientsAreAnswered) {
 }
 
 TEST_F(Requests, AssociationsAreAskedByTheirEndsAndRoles) {
-    const CMPIObjectPath *source = path("Named.Id=\"x\"");
+    const std::string found = "T_Other.Id=\"other\",Slot=7", unsupported = "7";
     const struct {
         broker::Association filter;
-        size_t found;
-        CMPIrc rc;
+        std::string answer; // the path, or the return code
     } cases[] = {
-        {{}, 1, CMPI_RC_OK},
-        {{.associationClass = "T_Link"}, 1, CMPI_RC_OK},
-        {{.resultClass = "T_Other"}, 1, CMPI_RC_OK},
-        {{.resultClass = "T_Root"}, 1, CMPI_RC_OK},
-        {{.role = "left", .resultRole = "RIGHT"}, 1, CMPI_RC_OK},
-        {{.associationClass = "T_Nothing"}, 0, CMPI_RC_ERR_INVALID_PARAMETER},
+        {{}, found},
+        {{.associationClass = "T_Link"}, found},
+        {{.resultClass = "T_Root"}, found},
+        {{.role = "left", .resultRole = "RIGHT"}, found},
+        {{.associationClass = "T_Nothing"}, "4"},
         // Only providers that don't support the question are left.
-        {{.associationClass = "T_Silent"}, 0, CMPI_RC_ERR_NOT_SUPPORTED},
-        {{.resultClass = "T_Asking"}, 0, CMPI_RC_ERR_NOT_SUPPORTED},
-        {{.role = "Right"}, 0, CMPI_RC_ERR_NOT_SUPPORTED},
+        {{.associationClass = "T_Silent"}, unsupported},
+        {{.resultClass = "T_Thing"}, unsupported},
+        {{.role = "Right"}, unsupported},
+        {{.resultRole = "Left"}, unsupported},
     };
-    for (const auto &[filter, found, rc] : cases) {
-        const Answer answer = broker::associatorNames(*request, source, filter);
-        EXPECT_EQ(answer.rc, rc) << answer.message;
-        EXPECT_EQ(answer.paths.size(), found);
+    for (const auto &[filter, expected] : cases) {
+        const Answer answer = broker::associatorNames(*request, path("Named.Id=\"x\""), filter);
+        EXPECT_EQ(answer.paths.size() == 1 ? broker::textOfPath(answer.paths[0]) : std::to_string(answer.rc),
+                  expected)
+            << answer.message;
     }
-    EXPECT_EQ(broker::textOfPath(broker::associatorNames(*request, source, {}).paths.at(0)),
-              "T_Other.Id=\"other\",Slot=7");
-}
-
-TEST_F(Requests, RequestsOfAThreadMayEndInAnyOrder) {
-    broker::RequestPointer second = broker::beginRequest(*broker, {});
-    const Answer outer = broker::enumerateInstances(*request, path("Named"), nullptr);
-    second.reset();
-    EXPECT_EQ(valueOf(outer.instances.at(0), "Id"), "thing 0"); // lies in the first request
-    second = broker::beginRequest(*broker, {});
-    request.reset();
-    EXPECT_EQ(textOf(CMNewString(cmpi, "text", nullptr)), "text");
 }
 
 } // namespace

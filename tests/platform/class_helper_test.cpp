@@ -1,173 +1,141 @@
-#include <cstring>
-#include <optional>
+#include <dlfcn.h>
 
-#include "cmpi_objects.h"
-#include "helper_library.h"
-#include "sample_server.h"
+#include <algorithm>
+#include <cstring>
+
+#include "libClassHelper.h"
+#include "support/fixture.h"
 
 namespace {
 
-using Properties = std::vector<const char *>;
+/// Sorts the properties of an instance for a class that lets Delay, Name, Window and List be changed.
+struct ModifiableProperties : ServiceProcessorTest {
+    broker::RequestPointer caller = request();
+    void *library = dlopen(CLASS_HELPER, RTLD_LAZY);
+    ~ModifiableProperties() override { dlclose(library); }
 
-struct Sorted {
-    std::vector<std::string> changes;
-    std::string refused;
-    bool operator==(const Sorted &) const = default;
+    CMPIInstance *instance(const Values &values) {
+        const std::pair<std::string, CMPIType> types[] = {
+            {"Delay", CMPI_uint8}, {"Window", CMPI_dateTime}, {"List", CMPI_uint16A}};
+        CMPIObjectPath *own = path(*caller, "RegisteredProfile.InstanceID=\"TRV:1\"");
+        CMPIInstance *made = CMNewInstance(cmpi(), own, nullptr);
+        for (const auto &[name, texts] : values) {
+            const auto *type = std::ranges::find(types, name, &std::pair<std::string, CMPIType>::first);
+            CMPIData value{type == std::end(types) ? CMPI_string : type->second, CMPI_nullValue, {}};
+            std::string error;
+            EXPECT_TRUE(texts[0] == "NULL" || broker::parseValue(*caller, value.type, texts, value, error));
+            broker::setProperty(made, name, value);
+        }
+        return made;
+    }
+
+    /// The changes, each with its value, and behind a bar what is refused.
+    std::string sort(const Values &changed, const CMPIInstance *current, PropertyNames listed = {}) {
+        static ModifiablePropertyList defaults, changes;
+        defaults = changes = {};
+        for (const char *name : {"Delay", "Name", "Window", "List"}) {
+            strcpy(defaults.entries[defaults.count++].name, name);
+        }
+        if (listed) {
+            listed->push_back(nullptr);
+        }
+        char refused[REFUSED_PROPERTIES_SIZE + 1] = {};
+        refused[REFUSED_PROPERTIES_SIZE] = '#';
+        auto *function =
+            reinterpret_cast<getModifiablePropertiesFunction *>(dlsym(library, "getModifiableProperties"));
+        EXPECT_EQ(function(instance(changed), current, listed ? listed->data() : nullptr, &defaults, &changes,
+                           refused),
+                  0);
+        EXPECT_EQ(refused[REFUSED_PROPERTIES_SIZE], '#') << "written past the buffer";
+        std::string sorted;
+        for (const auto *change = changes.entries; change != changes.entries + changes.count; ++change) {
+            sorted += std::string(change->name) + '=' + broker::textOfValue(change->data) + ' ';
+        }
+        return sorted + '|' + refused;
+    }
 };
 
-const StringObject id("TRV:1"), other_id("TRV:2"), text("text"), same_text("text"), new_text("new");
-const DateTimeObject hour(3600000000u, true), same_hour(3600000000u, true), two_hours(7200000000u, true);
-ArrayObject one({data_of<uint16_t>(CMPI_uint16, 1)}), same_one({data_of<uint16_t>(CMPI_uint16, 1)}),
-    two({data_of<uint16_t>(CMPI_uint16, 2)}), one_two({one.elements[0], two.elements[0]});
+TEST_F(ModifiableProperties, AreSortedIntoChangesAndRefusals) {
+    const Values now = {{"InstanceID", {"TRV:1"}}, {"Delay", {"5"}},
+                        {"Name", {"text"}},        {"Window", {"00000000010000.000000:000"}},
+                        {"List", {"1"}},           {"Description", {"text"}}};
+    const Values others = {
+        {"Delay", {"6"}}, {"Name", {"new"}}, {"Window", {"00000000020000.000000:000"}}, {"List", {"2"}}};
+    const CMPIInstance *current = instance(now);
+    EXPECT_EQ(sort(now, current), "|") << "equal values are no change";
+    EXPECT_EQ(sort(others, current), "Delay=6 Name=new Window=00000000020000.000000:000 List={2} |");
+    EXPECT_EQ(sort({{"List", {"1", "2"}}}, current), "List={1, 2} |");
+    EXPECT_EQ(sort({{"Delay", {"NULL"}}}, current), "|");
+    EXPECT_EQ(sort({{"InstanceID", {"TRV:2"}}}, current), "|InstanceID");
+    EXPECT_EQ(sort({{"Description", {"new"}}, {"Delay", {"6"}}, {"Colour", {"1"}}}, current),
+              "Delay=6 |Description, Colour");
+    const std::string name(200, 'x'), other(200, 'y');
+    EXPECT_EQ(sort({{name.c_str(), {"1"}}, {other.c_str(), {"1"}}}, current),
+              '|' + name + ", " + std::string(53, 'y'));
+    // A list stands in for the current instance.
+    EXPECT_EQ(sort({{"InstanceID", {"TRV:1"}}}, nullptr, {{"InstanceID"}}), "|") << "its own key";
+    EXPECT_EQ(sort({{"Delay", {"NULL"}}}, nullptr, {{"Delay"}}), "Delay=NULL |");
+    EXPECT_EQ(sort(others, nullptr, {{"dElAy", "delay"}}), "Delay=6 |")
+        << "in the class's spelling, and once";
+    EXPECT_EQ(sort(others, nullptr, {{"Description", "Delay"}}), "Delay=6 |Description");
+}
 
-CMPIData string(const StringObject &object) {
-    return data_of<const CMPIString *>(CMPI_string, &object);
-}
-CMPIData interval(const DateTimeObject &object) {
-    return data_of<const CMPIDateTime *>(CMPI_dateTime, &object);
-}
-CMPIData array(const ArrayObject &object) {
-    return data_of<const CMPIArray *>(CMPI_uint16A, &object);
-}
-CMPIData number(uint8_t value) {
-    return data_of(CMPI_uint8, value);
-}
-
-/// Sorts for a class that lets Delay, Name, Window and List be changed.
-Sorted sort(const InstanceObject &changed, const InstanceObject *current, Properties *properties) {
-    const HelperFunction<getModifiablePropertiesFunction> helper("getModifiableProperties");
-    static ModifiablePropertyList defaults, changes;
-    defaults = {};
-    changes = {};
-    for (const char *name : {"Delay", "Name", "Window", "List"}) {
-        strcpy(defaults.entries[defaults.count++].name, name);
+/// The host system, by the class that shows it.
+struct HostSystem : ServiceProcessorTest {
+    /// What the call returns, or the error.
+    std::string change(const Values &arguments, const std::string &name = "MVR7420220815") {
+        const Reply reply = invoke("BaseServer.CreationClassName=\"TRV_oVTABaseServer\",Name=\"" + name + '"',
+                                   "RequestStateChange", arguments);
+        return reply.answer.rc == CMPI_RC_OK ? broker::textOfValue(reply.answer.value) : textOf(reply.answer);
     }
-    char refused[REFUSED_PROPERTIES_SIZE] = {};
-    if (properties != nullptr) {
-        properties->push_back(nullptr);
+    std::string request_state(const char *state) { return change({{"RequestedState", {state}}}); }
+
+    /// The power state, CIM's requested state, and whether boot time and reasons are new.
+    static std::string power() {
+        return sp::sql("SELECT CurrentPowerState || ' ' || RequestedState || iif(LastBootTime != 1000, "
+                       "' booted', '') || iif(LastPowerOnReason != 9, ' on', '') || "
+                       "iif(LastPowerOffReason != 9, ' off', '') FROM chassis_status")[0][0];
     }
-    EXPECT_EQ(helper.function(&changed, current, properties != nullptr ? properties->data() : nullptr,
-                              &defaults, &changes, refused),
-              0);
-    Sorted sorted{{}, refused};
-    for (int i = 0; i < changes.count; ++i) {
-        sorted.changes.push_back(changes.entries[i].name);
-        CMPIStatus status{};
-        const CMPIData value = CMGetProperty(&changed, changes.entries[i].name, &status);
-        if (status.rc == CMPI_RC_OK) {
-            EXPECT_EQ(memcmp(&value.value, &changes.entries[i].data.value, sizeof value.value), 0);
-        }
-    }
-    return sorted;
-}
+};
 
-const InstanceObject current({{"InstanceID", string(id)},
-                              {"Delay", number(5)},
-                              {"Name", string(text)},
-                              {"Window", interval(hour)},
-                              {"List", array(one)},
-                              {"Description", string(text)}},
-                             {{"InstanceID", string(id)}});
-
-InstanceObject instance(std::vector<NamedData> values) {
-    return InstanceObject(std::move(values), {{"InstanceID", string(id)}});
-}
-
-TEST(ModifiableProperties, AreSortedIntoChangesAndRefusals) {
-    using Values = std::vector<NamedData>;
+TEST_F(HostSystem, IsBroughtIntoTheStateThatIsAskedFor) {
     const struct {
-        const char *what;
-        Values values;
-        std::optional<Properties> listed; // without a list there is a current instance
-        Sorted expected;
+        const char *power, *requested, *value, *after;
     } cases[] = {
-        {"equal values are no change",
-         {{"InstanceID", string(id)},
-          {"Delay", number(5)},
-          {"Name", string(same_text)},
-          {"Window", interval(same_hour)},
-          {"List", array(same_one)},
-          {"Description", string(same_text)}},
-         {},
-         {{}, ""}},
-        {"new values are changes in their order",
-         {{"List", array(two)},
-          {"Delay", number(6)},
-          {"Window", interval(two_hours)},
-          {"Name", string(new_text)}},
-         {},
-         {{"List", "Delay", "Window", "Name"}, ""}},
-        {"a longer array is a change", {{"List", array(one_two)}}, {}, {{"List"}, ""}},
-        {"another type is a change", {{"Delay", data_of<uint16_t>(CMPI_uint16, 5)}}, {}, {{"Delay"}, ""}},
-        {"another key is refused", {{"InstanceID", string(other_id)}}, {}, {{}, "InstanceID"}},
-        {"refused ones are named",
-         {{"Description", string(new_text)}, {"Delay", number(6)}, {"Colour", number(1)}},
-         {},
-         {{"Delay"}, "Description, Colour"}},
-        {"without a list null is no change", {{"Delay", null_of(CMPI_uint8)}}, {}, {{}, ""}},
-        {"names have the class's spelling", {{"Delay", number(6)}}, {{"dElAy", "delay"}}, {{"Delay"}, ""}},
-        {"listed ones are refused",
-         {{"Delay", number(6)}},
-         {{"Description", "Delay"}},
-         {{"Delay"}, "Description"}},
-        {"what isn't listed stays",
-         {{"Delay", number(6)}, {"Name", string(new_text)}},
-         {{"Delay"}},
-         {{"Delay"}, ""}},
-        {"a listed null is a change", {{"Delay", null_of(CMPI_uint8)}}, {{"Delay"}}, {{"Delay"}, ""}},
+        {"97", "3", "0", "96 3 off"},
+        {"97", "4", "0", "96 4 off"},
+        {"97", "2", "0", "97 2"},
+        {"96", "2", "0", "97 2 booted on"},
+        {"97", "11", "0", "97 11 booted on off"},
+        {"97", "10", "0", "97 10 booted on off"},
+        {"96", "11", "4097", "96 5"}, // a server that is off can't be reset
     };
-    for (const auto &request : cases) {
-        std::optional<Properties> listed = request.listed;
-        EXPECT_EQ(sort(instance(request.values), listed ? nullptr : &current, listed ? &*listed : nullptr),
-                  request.expected)
-            << request.what;
+    for (const auto &[before, requested, value, after] : cases) {
+        sp::sql("UPDATE chassis_status SET RequestedState = 5, LastBootTime = 1000, LastPowerOnReason = 9, "
+                "LastPowerOffReason = 9, CurrentPowerState = " +
+                std::string(before));
+        EXPECT_EQ(request_state(requested), value) << requested;
+        EXPECT_EQ(power(), after);
     }
 }
 
-TEST(ModifiableProperties, KeepTheRefusedNamesInTheirBuffer) {
-    const std::string long_name(200, 'x');
-    const Sorted sorted =
-        sort(instance({{long_name, number(1)}, {long_name + "y", number(1)}}), &current, nullptr);
-    EXPECT_EQ(sorted.refused, long_name + ", " + std::string(53, 'x'));
-}
-
-TEST_F(SampleServer, TellsTheSystemNameOfTheServiceProcessor) {
-    const HelperFunction<PH_GetSPSystemNameFunction> helper("PH_GetSPSystemName");
-    char name[SYSTEM_NAME_SIZE];
-    EXPECT_EQ(helper.function(name), 0);
-    EXPECT_STREQ(name, "MVR7420220815-SP");
-    sp::sql("UPDATE service_processor SET SystemName = printf('%0300d', 0)");
-    EXPECT_EQ(helper.function(name), 0);
-    EXPECT_EQ(strnlen(name, sizeof name), 255u);
-    sp::sql("DELETE FROM service_processor");
-    EXPECT_EQ(helper.function(name), -1);
-}
-
-TEST_F(SampleServer, FillsAProtocolServiceFromItsRow) {
-    sp::sql("UPDATE protocol_service SET ElementName = printf('%0100d', 0), OtherProtocol = 'x', "
-            "OperationalStatus = '2,10', Protocol = 0x10003, MaxConnections = 4, RequestedState = 12, "
-            "EnabledState = 2, HealthState = 5 WHERE RowName = 'CLPProtocolService'");
-    uint32_t core = 0;
-    ProtocolServiceRow row;
-    ASSERT_EQ(db_init(&core), 0);
-    ASSERT_EQ(db_get_protocol_service(core, "CLPProtocolService", &row), 0);
-    EXPECT_EQ(db_close(core), 0);
-
-    const HelperFunction<PH_Fill_ProtocolServiceFunction> helper("PH_Fill_ProtocolService");
-    ProtocolServiceRecord record;
-    memset(&record, 0x55, sizeof record);
-    ASSERT_EQ(helper.function(&record, &row), 0);
-    EXPECT_EQ(strnlen(record.ElementName, sizeof record.ElementName), 63u);
-    EXPECT_STREQ(record.OtherProtocol, "x");
-    EXPECT_EQ(record.Protocol, 3);
-    EXPECT_EQ(record.MaxConnections, 4);
-    EXPECT_EQ(record.RequestedState, 12);
-    EXPECT_EQ(record.EnabledState, 2);
-    EXPECT_EQ(record.HealthState, 5);
-    EXPECT_EQ(record.OperationalStatus[0], 2);
-    EXPECT_EQ(record.OperationalStatus[1], 10);
-    EXPECT_EQ(record.OperationalStatus[2], -1);
-    EXPECT_EQ(record.Name[0], 0x55) << "the keys are the caller's";
+TEST_F(HostSystem, RefusesAStateWithCauseAndWayOut) {
+    const std::string before = power();
+    EXPECT_EQ(request_state("9"), "4 RequestedState 9 isn't supported: take one of 2,3,4,10,11");
+    for (const Values &none : {Values{}, Values{{"RequestedState", {"NULL"}}}}) {
+        EXPECT_EQ(change(none), "4 RequestedState has no value: give a number as uint16");
+    }
+    EXPECT_EQ(change({{"RequestedState", {"3"}}}, "other"), "6 the server's name is 'MVR7420220815'");
+    EXPECT_EQ(change({{"RequestedState", {"3"}}, {"TimeoutPeriod", {"00000000000100.000000:000"}}}), "4098");
+    sp::connect_agent(false);
+    for (const char *orderly : {"4", "10"}) {
+        EXPECT_EQ(request_state(orderly), "1 no agent is connected that could end the operating system: "
+                                          "switch off with 3, or reset with 11");
+    }
+    sp::sql(
+        "UPDATE capabilities SET RequestedStatesSupported = '2' WHERE RowName = 'HostSystemCapabilities1'");
+    EXPECT_EQ(request_state("3"), "4 RequestedState 3 isn't supported: take one of 2");
+    EXPECT_EQ(power(), before);
 }
 
 } // namespace

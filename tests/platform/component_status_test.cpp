@@ -2,7 +2,7 @@
 #include <map>
 
 #include "libzbr_CSM.h"
-#include "sample_server.h"
+#include "stand_ins.h"
 
 namespace {
 

@@ -1,7 +1,5 @@
-#include <cstring>
-
 #include "libzbr_cim.h"
-#include "sample_server.h"
+#include "stand_ins.h"
 
 namespace {
 
@@ -24,7 +22,7 @@ struct ConfigurationSpace : SessionOpen {
         buffer.resize(length);
         return {result, completion_code, buffer};
     }
-    int write(uint16_t id, uint8_t index, const std::string &bytes) {
+    int write(uint16_t id, const std::string &bytes, uint8_t index = 0) {
         return ZBR_CIM_SetConfigSpaceVariables(&session, id, index, bytes.data(),
                                                static_cast<int>(bytes.size()), 30);
     }
@@ -33,16 +31,18 @@ struct ConfigurationSpace : SessionOpen {
 using namespace std::string_literals;
 
 TEST_F(ConfigurationSpace, DeliversNumbersLittleEndianAndTextsWithoutAnEnd) {
-    sp::sql("INSERT INTO configuration_variable (id, name, width, value) VALUES (0x7001, 'a', 1, 0xAB), "
-            "(0x7002, 'b', 2, 0x1234), (0x7003, 'c', 4, 0x12345678), (0x7004, 'd', 64, 'host'), "
-            "(0x7005, 'e', 64, ''), (0x7006, 'f', 4, -2), (0x7007, 'g', 64, x'00FF')");
-    EXPECT_EQ(read(0x7001), (Read{0, 0, "\xAB"}));
-    EXPECT_EQ(read(0x7002), (Read{0, 0, "\x34\x12"}));
-    EXPECT_EQ(read(0x7003), (Read{0, 0, "\x78\x56\x34\x12"}));
-    EXPECT_EQ(read(0x7004), (Read{0, 0, "host"}));
-    EXPECT_EQ(read(0x7005), (Read{0, 0, ""}));
-    EXPECT_EQ(read(0x7006), (Read{0, 0, "\xFE\xFF\xFF\xFF"}));
-    EXPECT_EQ(read(0x7007), (Read{0, 0, "\0\xFF"s}));
+    const struct {
+        const char *width_and_value;
+        std::string bytes;
+    } cases[] = {{"1, 0xAB", "\xAB"},   {"4, 0x12345678", "\x78\x56\x34\x12"},
+                 {"2, -2", "\xFE\xFF"}, {"64, 'host'", "host"},
+                 {"64, ''", ""},        {"64, x'00FF'", "\0\xFF"s}};
+    for (const auto &[width_and_value, bytes] : cases) {
+        sp::sql(
+            "INSERT OR REPLACE INTO configuration_variable (id, name, width, value) VALUES (0x7001, 'a', " +
+            std::string(width_and_value) + ")");
+        EXPECT_EQ(read(0x7001), (Read{0, 0, bytes})) << width_and_value;
+    }
 }
 
 TEST_F(ConfigurationSpace, CutsATextToTheBufferButRefusesToCutANumber) {
@@ -52,34 +52,34 @@ TEST_F(ConfigurationSpace, CutsATextToTheBufferButRefusesToCutANumber) {
 }
 
 TEST_F(ConfigurationSpace, TellsTheEndOfAListFromAMissingVariable) {
-    sp::sql("INSERT INTO configuration_variable (id, list_index, name, width, value) VALUES (0x7001, 0, 'l', "
-            "1, 5), "
-            "(0x7001, 1, 'l', 1, 6)");
+    sp::sql("INSERT INTO configuration_variable (id, list_index, name, width, value) VALUES "
+            "(0x7001, 0, 'l', 1, 5), (0x7001, 1, 'l', 1, 6)");
     EXPECT_EQ(read(0x7001, 1), (Read{0, 0, "\x06"}));
     EXPECT_EQ(read(0x7001, 2), (Read{0x113, 0x13, ""}));
     EXPECT_EQ(read(0x7FFE), (Read{0x1CB, 0xCB, ""}));
-    EXPECT_EQ(write(0x7001, 2, "x"), 0x113);
-    EXPECT_EQ(write(0x7FFE, 0, "x"), 0x1CB);
+    EXPECT_EQ(write(0x7001, "x", 2), 0x113);
+    EXPECT_EQ(write(0x7FFE, "x"), 0x1CB);
 }
 
-TEST_F(ConfigurationSpace, KeepsWhatIsWrittenInTheFormOfTheStore) {
-    EXPECT_EQ(write(0x0032, 0, "\x34\x92"), 0);
-    EXPECT_EQ(read(0x0032).bytes, "\x34\x92");
-    EXPECT_EQ(sp::sql("SELECT value, typeof(value) FROM configuration_variable WHERE id = 0x0032").front(),
-              (std::vector<std::string>{"37428", "integer"}));
-    EXPECT_EQ(write(0x0201, 0, "other"), 0);
-    EXPECT_EQ(sp::sql("SELECT value, typeof(value) FROM configuration_variable WHERE id = 0x0201").front(),
-              (std::vector<std::string>{"other", "text"}));
-    EXPECT_EQ(write(0x0201, 0, ""), 0);
-    EXPECT_EQ(read(0x0201).bytes, "");
-}
-
-TEST_F(ConfigurationSpace, RefusesAValueOfAnotherWidth) {
-    EXPECT_EQ(write(0x0032, 0, "\x01"), 0x1C7);
-    EXPECT_EQ(write(0x0032, 0, "\x01\x02\x03"), 0x1C7);
-    EXPECT_EQ(write(0x0201, 0, std::string(64, 'x')), 0);
-    EXPECT_EQ(write(0x0201, 0, std::string(65, 'y')), 0x1C8);
-    EXPECT_EQ(read(0x0201).bytes, std::string(64, 'x')) << "a refused write changes nothing";
+TEST_F(ConfigurationSpace, KeepsWhatIsWrittenInTheFormOfTheStoreAndRefusesAnotherWidth) {
+    const struct {
+        uint16_t id; // a number of 2 bytes, and a text of at most 64
+        std::string bytes;
+        int result;
+        std::string kept;
+    } cases[] = {{0x0032, "\x34\x92", 0, "integer 37428"},
+                 {0x0032, "\x01", 0x1C7, "integer 37428"},
+                 {0x0032, "\x01\x02\x03", 0x1C7, "integer 37428"},
+                 {0x0201, "other", 0, "text other"},
+                 {0x0201, "", 0, "text "},
+                 {0x0201, std::string(64, 'x'), 0, "text " + std::string(64, 'x')},
+                 {0x0201, std::string(65, 'y'), 0x1C8, "text " + std::string(64, 'x')}};
+    for (const auto &[id, bytes, result, kept] : cases) {
+        EXPECT_EQ(write(id, bytes), result) << bytes;
+        EXPECT_EQ(sp::sql("SELECT typeof(value) || ' ' || value FROM configuration_variable WHERE id = " +
+                          std::to_string(id))[0][0],
+                  kept);
+    }
     EXPECT_NE(ZBR_CIM_SetConfigSpaceVariables(&session, 0x0201, 0, "x", -1, 30), 0);
     EXPECT_NE(ZBR_CIM_SetConfigSpaceVariables(&session, 0x0201, 0, nullptr, 1, 30), 0);
 }

@@ -7,7 +7,9 @@
 #include <cstring>
 #include <fstream>
 
-#include "sample_server.h"
+#include <gtest/gtest.h>
+
+#include "folder.h"
 
 namespace {
 
@@ -42,14 +44,6 @@ TEST_F(Queues, GiveTheProcessesThatRegisteredForTheMaskInTheirOrder) {
     register_process(76, {0x41, 0x25, 0, 0, 0, 0, 0, 0});
     EXPECT_EQ(sp::take_registrations(file), (std::vector<pid_t>{77, 76}));
     EXPECT_TRUE(sp::take_registrations(file).empty());
-}
-
-TEST_F(Queues, CarryANotificationToTheProcessThatItIsFor) {
-    sp::post_notification(77, file);
-    Wire message;
-    EXPECT_EQ(msgrcv(queue(2), &message, 8, 78, IPC_NOWAIT), -1);
-    EXPECT_EQ(msgrcv(queue(2), &message, 8, 77, IPC_NOWAIT), 8);
-    EXPECT_EQ(message.type, 77);
 }
 
 } // namespace
