@@ -87,13 +87,4 @@ TEST(PossibleStates, EndWithTheLastOneAndTheRoomForThem) {
     Zbr_CimIpmi_GetPossibleStateString(192, nullptr, 256);
 }
 
-TEST(MultipleStates, AreTheConditionsThatHold) {
-    char *slots[3] = {};
-    Zbr_CimIpmi_GetMultipleStateString(234, 0x0012, slots, sizeof slots);
-    EXPECT_STREQ(slots[0], "Shutdown Request Pending");
-    EXPECT_STREQ(slots[1], "Reset Request Pending");
-    EXPECT_EQ(slots[2], nullptr);
-    std::for_each(std::begin(slots), std::end(slots), free);
-}
-
 } // namespace
