@@ -190,6 +190,19 @@ TEST_F(CmpiObjects, AClassIsAlsoWhatItsSuperclassesAre) {
     EXPECT_EQ(status.rc, CMPI_RC_ERR_INVALID_CLASS);
 }
 
+TEST_F(CmpiObjects, TheContextSaysWhoAsks) {
+    const broker::RequestPointer remote = broker::beginRequest(
+        *broker,
+        {.principal = "guest", .role = "viewer", .remoteAddress = "192.0.2.1", .acceptLanguage = "de"});
+    const CMPIContext *context = broker::contextOf(*remote);
+    EXPECT_EQ(textOf(CMGetContextEntry(context, CMPIPrincipal, nullptr).value.string), "guest");
+    EXPECT_EQ(textOf(CMGetContextEntry(context, CMPIInitNameSpace, nullptr).value.string), "root/cimv2");
+    EXPECT_EQ(textOf(CMGetContextEntry(context, "CMPIRemoteIP", nullptr).value.string), "192.0.2.1");
+    CMPIStatus status = {CMPI_RC_OK, nullptr};
+    EXPECT_TRUE(CMIsNullValue(CMGetContextEntry(broker::contextOf(*request), "CMPIRemoteIP", &status)));
+    EXPECT_EQ(status.rc, CMPI_RC_ERR_NO_SUCH_PROPERTY);
+}
+
 // --- Life ---------------------------------------------------------------------------------------------
 
 TEST_F(CmpiObjects, MemoryOfARequestGrowsByRealloc) {

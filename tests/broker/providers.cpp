@@ -115,11 +115,22 @@ CMPIStatus undeclared(const Request &r) {
     return ok; // whatever the result says to it
 }
 
+CMPIStatus setWrongType(CMPIInstance *instance) {
+    const CMPIUint32 value = 5;
+    return CMSetProperty(instance, "Value", &value, CMPI_uint32);
+}
+
+// Only a client that wants the property notices.
 CMPIStatus wrongType(const Request &r) {
     CMPIInstance *instance = newInstance(r, nullptr, "one");
-    const CMPIUint32 value = 5;
-    CMSetProperty(instance, "Value", &value, CMPI_uint32);
-    return CMReturnInstance(r.result, instance); // although it was refused
+    const bool isWanted = r.properties == nullptr || joined(r.properties).find("Value;") != std::string::npos;
+    return isWanted ? setWrongType(instance) : CMReturnInstance(r.result, instance);
+}
+
+CMPIStatus wrongAndOn(const Request &r) {
+    CMPIInstance *instance = newInstance(r, nullptr, "one");
+    setWrongType(instance);
+    return CMReturnInstance(r.result, instance);
 }
 
 CMPIStatus wrongClass(const Request &r) {
@@ -160,6 +171,8 @@ constexpr Behaviour behaviours[] = {
     {"T_Other", nullptr, nullptr, other},
     {"T_Undeclared", undeclared, nullptr, undeclared},
     {"T_WrongType", wrongType},
+    {"T_WrongAndOn", wrongAndOn},
+    {"T_Unfetchable", keys<nullptr, one>, name<one>},
     {"T_NoKey", keys<one, nullptr>, name<nullptr>, nothing},
     {"T_EmptyKey", keys<nullptr, none>},
     {"T_OtherKey", keys<one, two>},

@@ -76,8 +76,9 @@ TEST_F(Requests, AFailureIsNamedAndLeavesNoInstances) {
         {path("Root"), "1: doesn't load today"}, // as one subclass doesn't
         {nullptr, "4: a request needs an object path and a context"},
         {path("Undeclared"), "1: class T_Undeclared declares no property Surprise"},
-        {path("WrongType"),
-         "1: class T_WrongType: the property Value was set with type uint32, declared uint16"},
+        {path("WrongType"), "61: "}, // the provider's own status: the property was refused when it was set
+        {path("WrongAndOn"),
+         "1: class T_WrongAndOn: the property Value was set with type uint32, declared uint16"},
         {path("NoKey"), "1: class T_NoKey: the key property Id is missing or empty"},
         {path("EmptyKey"), "1: class T_EmptyKey: the key property Id is missing or empty"},
         {path("OtherKey"), "1: class T_OtherKey: the key Id of the object path differs from the property"},
