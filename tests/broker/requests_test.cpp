@@ -211,7 +211,8 @@ TEST_F(Requests, AnUpCallsArrayLeavesTheStatusAlone) {
     const CMPIArray *array = CMToArray(all, &status);
     EXPECT_EQ(status.rc, CMPI_RC_ERR_FAILED); // as some CIM servers do
     EXPECT_EQ(CMGetArrayCount(array, nullptr), 3U);
-    EXPECT_EQ(CMGetArrayElementAt(array, 0, nullptr).type, CMPI_instance);
+    EXPECT_EQ(valueOf(CMGetArrayElementAt(array, 0, nullptr).value.inst, "Number"),
+              "0"); // also what was read
     CMPIEnumeration *clone = CMClone(all, nullptr);
     int left = 0;
     while (CMHasNext(clone, nullptr)) {

@@ -95,57 +95,57 @@ std::string cell(const std::string &query) {
     return sp::sql("SELECT " + query).at(0).at(0);
 }
 
-TEST_F(SessionOpen, ClearsTheEventLogForTheLastReservationAlone) {
+TEST_F(IpmiCommands, ClearTheEventLogForTheLastReservationAlone) {
     sp::sql("UPDATE simulation SET StoppedAt = 1780000000; UPDATE sel_state SET Reservation = 0xFFFE");
-    EXPECT_EQ(send(&session, storage, reserve, {}).response, (Data{0, 0xFF, 0xFF}));
-    EXPECT_EQ(send(&session, storage, reserve, {}).response, (Data{0, 1, 0})) << "0 stands for none";
+    EXPECT_EQ(send(storage, reserve, {}).response, (Data{0, 0xFF, 0xFF}));
+    EXPECT_EQ(send(storage, reserve, {}).response, (Data{0, 1, 0})) << "0 stands for none";
     const Data cancelled = {0xC5};
-    EXPECT_EQ(send(&session, storage, clear, clearing(0xFFFF)).response, cancelled) << "another reserved it";
-    EXPECT_EQ(send(&session, storage, clear, clearing(0)).response, cancelled);
-    EXPECT_EQ(send(&session, storage, add, slow_fan).response.front(), 0);
-    EXPECT_EQ(send(&session, storage, clear, clearing(1)).response, cancelled) << "an entry came";
-    EXPECT_EQ(send(&session, storage, reserve, {}).response, (Data{0, 2, 0}));
-    EXPECT_EQ(send(&session, storage, clear, {2, 0, 'C', 'L', 'X', 0xAA}).response, (Data{0xCC}));
-    EXPECT_EQ(send(&session, storage, clear, {2, 0, 'C', 'L', 'R'}).response, (Data{0xC7}));
+    EXPECT_EQ(send(storage, clear, clearing(0xFFFF)).response, cancelled) << "another reserved it";
+    EXPECT_EQ(send(storage, clear, clearing(0)).response, cancelled);
+    EXPECT_EQ(send(storage, add, slow_fan).response.front(), 0);
+    EXPECT_EQ(send(storage, clear, clearing(1)).response, cancelled) << "an entry came";
+    EXPECT_EQ(send(storage, reserve, {}).response, (Data{0, 2, 0}));
+    EXPECT_EQ(send(storage, clear, {2, 0, 'C', 'L', 'X', 0xAA}).response, (Data{0xCC}));
+    EXPECT_EQ(send(storage, clear, {2, 0, 'C', 'L', 'R'}).response, (Data{0xC7}));
     EXPECT_NE(cell("count(*) FROM sel"), "0");
-    EXPECT_EQ(send(&session, storage, clear, clearing(2)).response, (Data{0, 1})) << "erased at once";
+    EXPECT_EQ(send(storage, clear, clearing(2)).response, (Data{0, 1})) << "erased at once";
     EXPECT_EQ(cell("(SELECT count(*) FROM sel) || ' ' || LastErase FROM sel_state"), "0 1780000000");
-    EXPECT_EQ(send(&session, storage, clear, clearing(2)).response, cancelled) << "it was used up";
+    EXPECT_EQ(send(storage, clear, clearing(2)).response, cancelled) << "it was used up";
     sp::sql("UPDATE sel_state SET HasReservations = 0");
-    EXPECT_EQ(send(&session, storage, reserve, {}).response, (Data{0xC1}));
-    EXPECT_EQ(send(&session, storage, clear, clearing(0)).response, (Data{0, 1}));
+    EXPECT_EQ(send(storage, reserve, {}).response, (Data{0xC1}));
+    EXPECT_EQ(send(storage, clear, clearing(0)).response, (Data{0, 1}));
 }
 
-TEST_F(SessionOpen, RefusesTheEventLogWhileItIsErased) {
+TEST_F(IpmiCommands, RefuseTheEventLogWhileItIsErased) {
     sp::sql("UPDATE simulation SET StoppedAt = 0x6A18A500; UPDATE sel_state SET LastAddition = 0x11223344, "
             "EraseSeconds = 3, "
             "HasReservations = 0");
-    EXPECT_EQ(send(&session, storage, clear, clearing(0)).response, (Data{0, 0})) << "in progress";
+    EXPECT_EQ(send(storage, clear, clearing(0)).response, (Data{0, 0})) << "in progress";
     for (const uint8_t command : {uint8_t{0x40}, uint8_t{0x41}, reserve, add}) {
-        EXPECT_EQ(send(&session, storage, command, slow_fan).response, (Data{0x81})) << int{command};
+        EXPECT_EQ(send(storage, command, slow_fan).response, (Data{0x81})) << int{command};
     }
-    EXPECT_EQ(send(&session, storage, clear, clearing(0, 0)).response, (Data{0, 0}));
+    EXPECT_EQ(send(storage, clear, clearing(0, 0)).response, (Data{0, 0}));
     SelInfo info;
     EXPECT_EQ(CIM_GetSELInfo(&session, &info, 30), 0x181);
     sp::sql("UPDATE simulation SET StoppedAt = StoppedAt + 3");
-    EXPECT_EQ(send(&session, storage, clear, clearing(0, 0)).response, (Data{0, 1}));
-    EXPECT_EQ(send(&session, storage, 0x40, {}).response,
+    EXPECT_EQ(send(storage, clear, clearing(0, 0)).response, (Data{0, 1}));
+    EXPECT_EQ(send(storage, 0x40, {}).response,
               (Data{0, 0x51, 0, 0, 0xFF, 0xFF, 0x44, 0x33, 0x22, 0x11, 0, 0xA5, 0x18, 0x6A, 1}));
-    EXPECT_EQ(send(&session, storage, 0x41, {}).response, (Data{0, 0, 0x10, 16, 0, 0, 0x10, 0, 0x10, 1}));
+    EXPECT_EQ(send(storage, 0x41, {}).response, (Data{0, 0, 0x10, 16, 0, 0, 0x10, 0, 0x10, 1}));
 }
 
-TEST_F(SessionOpen, AddsAnEventOfAKnownKindAndKeepsToTheCapacity) {
+TEST_F(IpmiCommands, AddAnEventOfAKnownKindAndKeepToTheCapacity) {
     sp::sql("DELETE FROM sel WHERE RecordId > 2; UPDATE sel_state SET Capacity = 3");
-    EXPECT_EQ(send(&session, storage, add, slow_fan).response, (Data{0, 3, 0}));
+    EXPECT_EQ(send(storage, add, slow_fan).response, (Data{0, 3, 0}));
     EXPECT_EQ(cell("Message || ' ' || TimeStamp || ' ' || Flags FROM sel_row WHERE RecordId = 3"),
               "Fan speed critical: FAN1 SYS 1784446976 160");
-    EXPECT_EQ(send(&session, storage, add, slow_fan).response, (Data{0xC4})) << "it never overwrites";
+    EXPECT_EQ(send(storage, add, slow_fan).response, (Data{0xC4})) << "it never overwrites";
     sp::sql("UPDATE configuration_variable SET value = 0 WHERE id = 0x0007");
-    EXPECT_EQ(send(&session, storage, add, slow_fan).response, (Data{0, 4, 0}));
+    EXPECT_EQ(send(storage, add, slow_fan).response, (Data{0, 4, 0}));
     EXPECT_EQ(cell("group_concat(RecordId) FROM sel"), "2,3,4");
     Data other = slow_fan;
     other[2] = 0xC0;
-    EXPECT_EQ(send(&session, storage, add, other).response, (Data{0xCC})) << "not an event";
+    EXPECT_EQ(send(storage, add, other).response, (Data{0xCC})) << "not an event";
 }
 
 // Commands that tell which of them was executed, and with what.

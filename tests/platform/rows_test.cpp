@@ -18,12 +18,15 @@ struct Databases : SampleServer {
     }
 };
 
-/// The rows of the registered profiles.
-struct Profiles {
-    RegisteredProfileRow *rows = nullptr;
+template <class Row> struct Rows {
+    Row *rows = nullptr;
     int count = -1;
+    ~Rows() { free(rows); }
+};
+
+/// The rows of the registered profiles.
+struct Profiles : Rows<RegisteredProfileRow> {
     explicit Profiles(uint32_t oem) { EXPECT_EQ(zbr_oemdb_get_all_reg_prof_info(oem, &count, &rows), 0); }
-    ~Profiles() { free(rows); }
 };
 
 TEST_F(Databases, HandOutAsManyRowsAsThereAre) {
@@ -53,6 +56,23 @@ TEST_F(Databases, FillAFieldToTheLastByteWithATextThatDoesNotFit) {
     char guid[SYSTEM_GUID_SIZE];
     EXPECT_EQ(zbr_oemdb_get_sys_info(oem, guid), 0);
     EXPECT_EQ(strnlen(guid, sizeof guid), 255u) << "this one has an end";
+}
+
+TEST_F(Databases, HandOutLogEntriesWithTheirTextLists) {
+    Rows<SelRow> sel, unknown;
+    ASSERT_EQ(zbr_oemdb_get_sel_rec(oem, 3, &sel.count, &sel.rows), 0);
+    ASSERT_EQ(sel.count, 1);
+    EXPECT_STREQ(sel.rows->Message, "Temperature warning: MEM A");
+    EXPECT_EQ(
+        std::string(sel.rows->Causes, 58),
+        std::string("Air inlets are blocked\0The room is too warm\0A fan is slow\0\0", 60).substr(0, 58));
+    sp::sql("INSERT INTO sel VALUES (70000, 1, 0x010203, 'X')");
+    ASSERT_EQ(zbr_oemdb_get_sel_rec(oem, 70000, &unknown.count, &unknown.rows), 0);
+    EXPECT_STREQ(unknown.rows->Message, "X: unknown event 0x010203");
+    EXPECT_EQ(unknown.rows->Flags, 0);
+    Rows<IelRow> none;
+    EXPECT_EQ(zbr_oemdb_get_iel_rec(oem, 4711, &none.count, &none.rows), 0);
+    EXPECT_EQ(none.count, 0);
 }
 
 TEST_F(Databases, GiveNoRowAndNoFailureForANameThatIsNotThere) {
