@@ -98,6 +98,14 @@ struct HostSystem : ServiceProcessorTest {
     }
 };
 
+TEST_F(HostSystem, IsNamedByTheChassisAlsoWithoutItsStates) {
+    sp::sql("DELETE FROM chassis_status; UPDATE fru SET EntityId = 24 WHERE EntityId = 23");
+    EXPECT_EQ(enumerate("BaseServer").size(), 0u);
+    const Reply reply = names("BaseServer");
+    ASSERT_EQ(reply.size(), 1u);
+    EXPECT_EQ(broker::textOfValue(CMGetKey(reply.answer.paths[0], "Name", nullptr)), "MVR7420220815");
+}
+
 TEST_F(HostSystem, IsBroughtIntoTheStateThatIsAskedFor) {
     const struct {
         const char *power, *requested, *value, *after;

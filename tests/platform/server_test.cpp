@@ -1,7 +1,17 @@
+#include "libCIMVendorHooks.h"
 #include "libzbr_LCM.h"
 #include "stand_ins.h"
 
 namespace {
+
+TEST_F(SessionOpen, TellsNoAddressThatItDoesNotHave) {
+    uint8_t mac[6] = {};
+    uint32_t address = 0;
+    EXPECT_EQ(CIM_Get_MACAddress(&session, mac, 9, 30), 0x1CB);
+    EXPECT_EQ(LIBIPMI_HL_GetIPv4Address(&session, &address, 9, 30), 0x1CB);
+    sp::sql("UPDATE lan_channel SET IPv4Address = 'dhcp'");
+    EXPECT_EQ(LIBIPMI_HL_GetIPv4Address(&session, &address, 2, 30), 0x1FF);
+}
 
 /// Status and bytes of one of the agent's parameters; how many entries there are otherwise.
 std::string parameter(const char *name, size_t size = 0) {
@@ -41,6 +51,10 @@ TEST_F(SampleServer, HasItsPowerSuppliesPulledAndPlugged) {
     EXPECT_EQ(status(), fault) << "a unit that is there keeps its fault";
     sp::plug_power_supply(2, false);
     EXPECT_EQ(status(), "1");
+    EXPECT_EQ(sp::sql("SELECT count(*) FROM full_sdr JOIN sensor_reading USING (SensorNumber) WHERE "
+                      "EntityId = 10 AND EntityInstance = 0 AND Status & 0x20")[0][0],
+              "0")
+        << "the sensors of another unit";
     sp::plug_power_supply(2, true);
     EXPECT_EQ(status(), "2");
     EXPECT_NE(fault, "2");
