@@ -601,8 +601,8 @@ constexpr Method methods[] = {
 } // namespace
 
 EXPORT_OWNING_CLASS(BaseServer, "The managed server itself.", .superclass = "CIM_ComputerSystem",
-                    .keyNamedInTrace = true, .untested = true, .methods = Untagged<methods>,
-                    .noSuchMethod = method_failed);
+                    .keyNamedInTrace = true, .setting = Setting::ByHelpersUntested,
+                    .methods = Untagged<methods>, .noSuchMethod = method_failed);
 
 CMPIStatus PH_OEM_IM_BaseServer(const CMPIBroker *broker, void *handle, const CMPIContext *ctx,
                                 const CMPIObjectPath *cop, const char *method, const CMPIArgs *in,

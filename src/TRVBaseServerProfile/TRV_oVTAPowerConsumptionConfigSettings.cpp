@@ -192,5 +192,6 @@ int PH_OEM_Enum_PowerConsumptionConfigSettings_Instance(R **records, int *count,
 }
 
 EXPORT_CLASS(PowerConsumptionConfigSettings, "The service processor's control of the power consumption.",
-             .superclass = "CIM_SettingData", .namedByPath = true, .untested = true, .modify = &modify);
+             .superclass = "CIM_SettingData", .namedByPath = true, .setting = Setting::ByHelpers,
+             .modify = &modify);
 EXPORT_MODIFY(PowerConsumptionConfigSettings);

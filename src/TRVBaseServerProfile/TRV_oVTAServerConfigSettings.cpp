@@ -189,7 +189,7 @@ int PH_OEM_Enum_ServerConfigSettings_Instance(R **records, int *count, int names
 
 EXPORT_CLASS(ServerConfigSettings,
              "Fan test, restart and retry behaviour of the server, and its power-on counter.",
-             .superclass = "CIM_SettingData", .keyNamedInTrace = true, .untested = true, .modify = &modify,
-             .methods = Untagged<methods>, .noSuchMethod = 1);
+             .superclass = "CIM_SettingData", .keyNamedInTrace = true, .setting = Setting::ByHelpersUntested,
+             .modify = &modify, .methods = Untagged<methods>, .noSuchMethod = 1);
 EXPORT_MODIFY(ServerConfigSettings);
 EXPORT_METHODS(ServerConfigSettings);

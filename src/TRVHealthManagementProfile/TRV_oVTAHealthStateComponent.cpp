@@ -35,12 +35,12 @@ constexpr Property<R> properties[] = {
     {.name = "CSSState",
      .type = CMPI_uint8,
      .field = FIELD(R, CSSState),
-     .description = "State of what the customer may service. Status library: CSS state.",
+     .description = "CSS state of the node. Status library.",
      .values = state_codes},
     {.name = "GELState",
      .type = CMPI_uint8,
      .field = FIELD(R, GELState),
-     .description = "State as the global error LED shows it. Status library: GEL state.",
+     .description = "GEL state of the node. Status library.",
      .values = state_codes},
     {"HealthState", CMPI_uint16, FIELD(R, HealthState), "Health. Status library: overall state."},
     {"IsCSS", CMPI_boolean, FIELD(R, IsCSS),
@@ -235,13 +235,11 @@ bool WalkSubsystem(Walk &walk, std::uint32_t id) {
     return goesOn;
 }
 
-// A library that can't be started has no tree to tell of.
-bool StartLibrary() {
-    if (CSM_Init() != 0) {
-        TRACE(TraceFailure, "Failed in CSM_Init");
-        return false;
+// Whether the library can tell of the tree is decided by the calls that follow.
+void StartLibrary() {
+    if (const int result = CSM_Init(); result != 0) {
+        TRACE(TraceFailure, "Failed in CSM_Init %d", result);
     }
-    return true;
 }
 
 } // namespace
@@ -299,9 +297,7 @@ int PH_OEM_Enum_HealthStateComponent_Instance(R **records, int *count, int names
     TRACE(TraceProgress, "Entering %s", __func__);
     *records = nullptr;
     *count = 0;
-    if (!StartLibrary()) {
-        return 0;
-    }
+    StartLibrary();
     Node node{};
     const NodeOwner owner{&node};
     if (!ReadSystem(node)) {
@@ -410,9 +406,7 @@ int PH_OEM_Get_HealthStateComponent_Instance(R **records, int *count, CMPIString
     TRACE(TraceProgress, "Entering %s", __func__);
     *records = nullptr;
     *count = 0;
-    if (!StartLibrary()) {
-        return -1;
-    }
+    StartLibrary();
     // A key that came as an integer has no text, and names no node.
     const char *key = keyValues[0] == nullptr ? nullptr : CMGetCharsPtr(keyValues[0], nullptr);
     if (key == nullptr) {
@@ -441,5 +435,5 @@ int PH_OEM_Get_HealthStateComponent_Instance(R **records, int *count, CMPIString
 EXPORT_CLASS(
     HealthStateComponent,
     "A node of the server's health tree: the system, a subsystem, a component or one of its instances.",
-    .superclass = "CIM_LogicalElement", .namedByPath = true, .untested = true,
+    .superclass = "CIM_LogicalElement", .namedByPath = true, .setting = Setting::ByHelpers,
     .get = GetUntyped<R, PH_OEM_Get_HealthStateComponent_Instance>);

@@ -371,7 +371,7 @@ int PH_OEM_Enum_PowerManagementConfigSettings_Instance(R **records, int *count, 
 }
 
 EXPORT_CLASS(PowerManagementConfigSettings, "When the server powers itself on and off.",
-             .superclass = "CIM_SettingData", .untested = true, .modify = &modify);
+             .superclass = "CIM_SettingData", .setting = Setting::ByHelpersUntested, .modify = &modify);
 
 // The session is opened, and the kind of server read, before the list of changes is looked at.
 CMPIStatus PH_OEM_MI_PowerManagementConfigSettings(const CMPIBroker *broker, void *, const CMPIContext *ctx,

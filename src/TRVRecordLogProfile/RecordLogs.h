@@ -20,6 +20,13 @@ constexpr char iel_name[] = "InternalEventLog";
 constexpr std::uint16_t sel_buffer_mode_variable = 0x0007;
 constexpr std::uint16_t language_variable = 0x000E; // a locale identifier
 
+// The OEM command for the internal event log.
+constexpr std::uint8_t iel_command = 0xF5;
+
+// Return values of the methods.
+constexpr CMPIUint32 succeeded = 0;
+constexpr CMPIUint32 failed = 2;
+
 // Reads a number; one that can't be read is traced, and zero.
 template <typename Number>
 bool ReadSetting(IpmiSession *session, std::uint16_t id, Number &value, const char *file = __builtin_FILE(),

@@ -121,9 +121,6 @@ void ChangeSettings(Modification &modification, IpmiSession *session, const Modi
 
 // --- Methods
 
-constexpr CMPIUint32 succeeded = 0;
-constexpr CMPIUint32 failed = 2;
-
 CMPIUint32 ParameterMissing(const MethodCall &call, CMPIStatus &status) {
     TRACE(TraceFailure, "A parameter is missing");
     SetStatus(call.broker, &status, CMPI_RC_ERR_INVALID_PARAMETER, "A parameter is missing");
@@ -174,7 +171,6 @@ CMPIUint32 SetLanguage(const MethodCall &call, CMPIStatus &status) {
 // The note's text lies behind a head of constant bytes: the command and what the log keeps of a note's kind.
 constexpr std::uint8_t note_head[] = {0x80, 0x28, 0x00, 0x85, 0x0A, 0x00, 0x3E,
                                       0x00, 0x00, 0x00, 0x00, 0x80, 0x03, 0x00};
-constexpr std::size_t note_limit = 1009; // characters
 
 CMPIUint32 AddServiceNote(const MethodCall &call, CMPIStatus &status) {
     TRACE(TraceProgress, "Entering PH_OEM_AddServiceNote");
@@ -184,27 +180,32 @@ CMPIUint32 AddServiceNote(const MethodCall &call, CMPIStatus &status) {
         TRACE(TraceFailure, "Create IPMI session failed");
         return failed;
     }
-    CMPIStatus argumentStatus = {CMPI_RC_OK, nullptr};
-    const CMPIData argument = CMGetArg(call.in, "Message", &argumentStatus);
+    CMPIStatus argumentStatus = {CMPI_RC_ERR_INVALID_PARAMETER, nullptr};
+    CMPIData argument{};
+    if (call.in != nullptr) {
+        argument = CMGetArg(call.in, "Message", &argumentStatus);
+    }
     if (argumentStatus.rc != CMPI_RC_OK) {
         return ParameterMissing(call, status);
     }
-    // The text is taken where it is, up to what the command carries, so that a long note isn't cut to a
-    // buffer between.
+    char note[256] = {}; // the command would carry a longer one
+    // The getter's other form copies without a bound.
     const char *text = nullptr;
-    if (ZBR_CIM_GetValueFromData(argument, &text, CMPI_string) != 0 || text == nullptr) {
+    if (ZBR_CIM_GetValueFromData(argument, &text, CMPI_string) == 0 && text != nullptr) {
+        SetText(note, text);
+    } else {
         TRACE(TraceFailure, "iEL message will be empty");
-        text = "";
     }
-    std::uint8_t request[sizeof note_head + note_limit + 1] = {};
-    const std::size_t length = strnlen(text, note_limit);
+    std::uint8_t request[sizeof note_head + sizeof note] = {};
+    const std::size_t length = std::strlen(note);
     std::memcpy(request, note_head, sizeof note_head);
-    std::memcpy(request + sizeof note_head, text, length);
+    std::memcpy(request + sizeof note_head, note, length);
     std::uint8_t response[6] = {};
     std::uint32_t responseLength = sizeof response;
-    const int result = LIBIPMI_Send_RAW_IPMI2_0_Command(
-        &session, 0, oem_netfn, 0xF5, request, static_cast<std::uint32_t>(sizeof note_head + length + 1),
-        response, &responseLength, backend_timeout);
+    const int result =
+        LIBIPMI_Send_RAW_IPMI2_0_Command(&session, 0, oem_netfn, iel_command, request,
+                                         static_cast<std::uint32_t>(sizeof note_head + length + 1), response,
+                                         &responseLength, backend_timeout);
     if (result != 0 || response[0] != 0) {
         TRACE(TraceFailure, "Send IPMI command failed %d", result != 0 ? result : response[0]);
         return failed;
@@ -216,7 +217,7 @@ constexpr MethodParameter language_parameters[] = {
     {.name = "localID", .type = CMPI_string, .description = "The language, as CurrentLogEntryTranslation."},
 };
 constexpr MethodParameter note_parameters[] = {
-    {.name = "Message", .type = CMPI_string, .description = "The note, up to 1009 bytes."},
+    {.name = "Message", .type = CMPI_string, .description = "The note, up to 255 bytes."},
 };
 constexpr Method methods[] = {
     {"SetLanguage", SetLanguage,

@@ -32,12 +32,10 @@ constexpr Property<R> properties[] = {
     {"RecordFormat", CMPI_chars, FIELD(R, RecordFormat), "The fields of RecordData. Constant in each log."},
     {"RecordData", CMPI_chars, FIELD(R, RecordData),
      "Severity, error code in hexadecimal, in the system event log whether the customer can replace the "
-     "part, "
-     "and the message, up to 255 characters in all."},
+     "part, and the message, up to 255 characters in all."},
     {"Locale", CMPI_chars, FIELD(R, Locale),
      "Language of the texts. System event log: configuration variable 0x000E; internal event log: OEM DB, "
-     "log "
-     "rows: language code."},
+     "log rows: language code."},
     {"Summary", CMPI_chars, FIELD(R, Summary),
      "What it means, up to 1023 characters. System event log: OEM DB, log rows, or the translation library."},
     {"ElementName", CMPI_chars, FIELD(R, ElementName), "The base server's name and the InstanceID."},
@@ -49,8 +47,7 @@ constexpr Property<R> properties[] = {
      "What happened, up to 255 characters. OEM DB, log rows, or the translation library."},
     {"Severity", CMPI_uint16, FIELD(R, Severity),
      "How serious it is, in the service processor's numbers from 0 to 7. OEM DB, log rows: bits 4 to 6 of "
-     "the "
-     "flags."},
+     "the flags."},
     {"ProbableCauseDescription", CMPI_stringA, FIELD(R, ProbableCauseDescription),
      "What may have caused it, up to 15 texts. System event log: OEM DB, log rows, or the translation "
      "library."},

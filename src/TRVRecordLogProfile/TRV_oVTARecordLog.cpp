@@ -27,8 +27,7 @@ constexpr Property<R> properties[] = {
      "Normal for the system event log, unless its state can't be read; unknown for the internal event log."},
     {"MaxNumberOfRecords", CMPI_uint64, FIELD(R, MaxNumberOfRecords),
      "Entries that the log has room for; 0 for one that wraps. System event log: IPMI Get SEL Allocation "
-     "Info; "
-     "internal event log: its information record."},
+     "Info; internal event log: its information record."},
     {"OverwritePolicy", CMPI_uint16, FIELD(R, OverwritePolicy),
      "What a full log does. System event log: configuration variable 0x0007; internal event log: its "
      "information record."},
@@ -110,9 +109,6 @@ void FillIel(IpmiSession *session, R &record) {
 
 // --- Erasing
 
-constexpr CMPIUint32 succeeded = 0;
-constexpr CMPIUint32 failed = 2;
-
 // Opens a session that acts for the client, or the library's own where that can't be had.
 bool OpenClientSession(IpmiSession *session, const CMPIContext *ctx) {
     if (PH_OEM_CreateAuthenticatedLocalSession(session, ctx) == 0) {
@@ -177,8 +173,8 @@ CMPIUint32 ClearIel(const MethodCall &call, CMPIStatus &) {
     const std::uint8_t request[] = {0x80, 0x28, 0x00, 0x87, 0x80};
     std::uint8_t response[4] = {};
     std::uint32_t length = sizeof response;
-    const int result = LIBIPMI_Send_RAW_IPMI2_0_Command(&session, 0, oem_netfn, 0xF5, request, sizeof request,
-                                                        response, &length, backend_timeout);
+    const int result = LIBIPMI_Send_RAW_IPMI2_0_Command(&session, 0, oem_netfn, iel_command, request,
+                                                        sizeof request, response, &length, backend_timeout);
     if (result != 0 || response[0] != 0) {
         TRACE(TraceFailure, "Send IPMI command failed CC=%d", response[0]);
         return failed;
@@ -235,7 +231,7 @@ int PH_OEM_Enum_RecordLog_Instance(R **records, int *count, int namesOnly) {
     return 0;
 }
 
-EXPORT_CLASS(RecordLog, "A log of the service processor.", .superclass = "CIM_RecordLog", .untested = true,
-             .methods = Untagged<methods>, .noSuchMethod = failed,
+EXPORT_CLASS(RecordLog, "A log of the service processor.", .superclass = "CIM_RecordLog",
+             .setting = Setting::ByHelpers, .methods = Untagged<methods>, .noSuchMethod = failed,
              .badMethodPath = "ObjectPath is not valid");
 EXPORT_METHODS(RecordLog);

@@ -176,10 +176,9 @@ void WriteFlags(Modification &modification, IpmiSession *session, const Log &log
 }
 
 // The log whose settings the path names: the instance is there, so that it is one of the two.
-const Log &LogOf(const CMPIObjectPath *cop) {
-    const CMPIData key = CMGetKey(cop, keys[0].name, nullptr);
-    const bool isText = key.type == CMPI_string && !CMIsNullValue(key) && key.value.string != nullptr;
-    const char *text = isText ? CMGetCharsPtr(key.value.string, nullptr) : nullptr;
+const Log &LogOf(const Modification &modification) {
+    const CMPIString *key = modification.keyValues[0];
+    const char *text = key == nullptr ? nullptr : CMGetCharsPtr(key, nullptr);
     return text != nullptr && std::strcmp(text, sel.instanceId) == 0 ? sel : iel;
 }
 
@@ -222,7 +221,7 @@ CMPIStatus PH_OEM_MI_RecordLogConfigSettings(const CMPIBroker *broker, void *, c
     if (!SortChanges(modification, ctx, cop, wanted, changes) || changes.count < 1) {
         return modification.status;
     }
-    const Log &log = LogOf(cop);
+    const Log &log = LogOf(modification);
     IpmiSession session{};
     const SessionOwner owner{&session};
     bool flagsChange = false;

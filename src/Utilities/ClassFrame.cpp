@@ -334,11 +334,16 @@ CMPIStatus SetOne(const CMPIBroker *broker, const CMPIInstance *inst, const Prop
     return CMSetProperty(inst, property.name, &value, property.type);
 }
 
+// Whether the record has a value for the property that an instance may show.
+bool IsShown(const PropertyColumn &property, const void *record) {
+    return property.when != When::Never &&
+           (property.onlyIf.size == 0 || *TextAt(record, property.onlyIf) == 1);
+}
+
 bool SetProperties(const RecordTable &table, const CMPIBroker *broker, const CMPIInstance *inst,
                    const char **properties, const void *record) {
     for (const PropertyColumn &property : table.properties) {
-        if (property.when == When::Never || PH_OEM_ExistsInList(properties, property.name) != 1 ||
-            (property.onlyIf.size != 0 && *TextAt(record, property.onlyIf) != 1)) {
+        if (!IsShown(property, record) || PH_OEM_ExistsInList(properties, property.name) != 1) {
             continue;
         }
         if (SetOne(broker, inst, property, record).rc != CMPI_RC_OK) {
@@ -368,23 +373,25 @@ int ElementsAt(const void *record, const PropertyColumn &property) {
     return static_cast<int>(elements);
 }
 
-// The helpers look at the property list themselves.
-void SetUntested(const CMPIBroker *broker, const CMPIInstance *inst, const PropertyColumn &property,
-                 const void *record, const char **properties) {
+// The helpers look at the property list themselves. 0, or -1 on failure.
+int SetByHelper(const CMPIBroker *broker, const CMPIInstance *inst, const PropertyColumn &property,
+                const void *record, const char **properties) {
     const char *place = TextAt(record, property.field);
     if ((property.type & CMPI_ARRAY) != 0) {
-        PH_OEM_SetPropertyArray(broker, inst, properties, property.name, place, ElementsAt(record, property),
-                                property.type, property.flags, property.stride);
-    } else if (property.type == CMPI_chars) {
-        PH_OEM_SetProperty(broker, inst, properties, property.name, place, property.type, property.flags);
-    } else if (property.type == CMPI_dateTime) {
-        const CMPIUint64 microseconds = MicrosecondsAt(record, property.field);
-        PH_OEM_SetProperty(broker, inst, properties, property.name, &microseconds, property.type,
-                           property.flags);
-    } else {
-        const CMPIValue value = IntegerAt(record, property.field, property.type);
-        PH_OEM_SetProperty(broker, inst, properties, property.name, &value, property.type, property.flags);
+        return PH_OEM_SetPropertyArray(broker, inst, properties, property.name, place,
+                                       ElementsAt(record, property), property.type, property.flags,
+                                       property.stride);
     }
+    CMPIValue value{};
+    const void *source = &value;
+    if (property.type == CMPI_chars) {
+        source = place;
+    } else if (property.type == CMPI_dateTime) {
+        value.uint64 = MicrosecondsAt(record, property.field);
+    } else {
+        value = IntegerAt(record, property.field, property.type);
+    }
+    return PH_OEM_SetProperty(broker, inst, properties, property.name, source, property.type, property.flags);
 }
 
 bool SetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPIInstance *inst,
@@ -392,11 +399,14 @@ bool SetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPIIn
     if (!SetKeys(table.record, table.instanceOrder, inst, record)) {
         return false;
     }
-    if (!table.untested) {
+    if (table.setting == Setting::Direct) {
         return SetProperties(table.record, broker, inst, properties, record);
     }
     for (const PropertyColumn &property : table.record.properties) {
-        SetUntested(broker, inst, property, record, properties);
+        if (IsShown(property, record) && SetByHelper(broker, inst, property, record, properties) != 0 &&
+            table.setting == Setting::ByHelpers) {
+            return false;
+        }
     }
     return true;
 }

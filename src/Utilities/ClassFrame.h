@@ -47,9 +47,9 @@ template <typename R> struct Key {
 //   CMPI_dateTime    a uint64 of microseconds, all bits set for null; or a uint32 of seconds
 //   CMPI_uint16A     a value list of int32
 //   CMPI_stringA     a list of pointers or, with a stride, of inline texts
-// An empty list is null. In the classes whose settings aren't tested, arrays follow PH_OEM_SetPropertyArray:
-// the lists have the flag PH_OEM_PROP_TERMINATED, and an empty one is an empty array; without the flag the
-// field is an array of plain values.
+// An empty list is null. In the classes that set by helpers, arrays follow PH_OEM_SetPropertyArray: the lists
+// have the flag PH_OEM_PROP_TERMINATED, and an empty one is an empty array; without the flag the field is an
+// array of plain values.
 template <typename R> struct Property {
     const char *name;
     CMPIType type;
@@ -177,6 +177,13 @@ consteval MethodColumn Untag(const Method &method) {
     return {method.name, method.invoke FOR_SCHEMA(, method.description, method.parameters)};
 }
 
+// How an instance gets its properties other than the keys.
+enum class Setting : std::uint8_t {
+    Direct,            // one that can't be set fails the instance
+    ByHelpers,         // the same through PH_OEM_SetProperty and PH_OEM_SetPropertyArray
+    ByHelpersUntested, // through them, and the instance goes without one that can't be set
+};
+
 // The longest key list.
 constexpr std::size_t max_keys = 4;
 
@@ -211,9 +218,7 @@ struct ClassTable {
     KeyOrder instanceOrder = key_list_order;
     bool namedByPath = false;     // paths and instances take their class name from the request's path
     bool keyNamedInTrace = false; // a key that can't be added is named in the trace
-    // The properties go through PH_OEM_SetProperty and PH_OEM_SetPropertyArray and their results aren't
-    // tested: one that can't be set doesn't fail the instance.
-    bool untested = false;
+    Setting setting = Setting::Direct;
     const struct ModifyTable *modify = nullptr; // what clients may change, in a class with ModifyInstance
     std::span<const MethodColumn> methods = {};
     CMPIUint32 noSuchMethod = 0; // the return value for a method that the class doesn't have

@@ -400,8 +400,9 @@ template <typename TextAt> CMPIArray *TextArray(const CMPIBroker *broker, CMPICo
             CMSetArrayElementAt(array, i, reinterpret_cast<const CMPIValue *>(textAt(i)), CMPI_chars);
         if (set.rc != CMPI_RC_OK) {
             // Some CIM servers take nothing but strings in an array of strings.
-            CMPIString *string = CMNewString(broker, textAt(i), nullptr);
-            CMSetArrayElementAt(array, i, reinterpret_cast<const CMPIValue *>(&string), CMPI_string);
+            if (CMPIString *string = CMNewString(broker, textAt(i), nullptr); string != nullptr) {
+                CMSetArrayElementAt(array, i, reinterpret_cast<const CMPIValue *>(&string), CMPI_string);
+            }
         }
     }
     return array;

@@ -32,18 +32,17 @@ const char *MessageText(const CMPIStatus &status) {
     return text == nullptr ? "" : text;
 }
 
-// The longest text in place that is looked at.
-constexpr std::size_t text_limit = 512;
+constexpr std::size_t has_end = SIZE_MAX;
 
 // Sets element `i` to a string; a missing text leaves the element null. A text in place ends with its `limit`
-// bytes.
+// bytes, of which up to 512 are taken then.
 void SetTextElement(const CMPIBroker *broker, CMPIArray *array, CMPICount i, const char *text,
-                    std::size_t limit = text_limit) {
+                    std::size_t limit = has_end) {
     if (text == nullptr) {
         return;
     }
-    char ended[text_limit + 1];
-    if (limit < text_limit && strnlen(text, limit) == limit) {
+    char ended[512 + 1];
+    if (limit != has_end && strnlen(text, limit) == limit) {
         CopyBounded(ended, sizeof ended, text, limit);
         text = ended;
     }
@@ -79,9 +78,9 @@ CMPIArray *PH_OEM_NewArray(const CMPIBroker *broker, const void *data, int strid
         case CMPI_sint32A: value.sint32 = ValueAt<CMPISint32>(place); break;
         case CMPI_uint64A: value.uint64 = ValueAt<CMPIUint64>(place); break;
         case CMPI_stringA:
-            SetTextElement(broker, array, i,
-                           static_cast<std::size_t>(stride) == sizeof(char *) ? ValueAt<const char *>(place)
-                                                                              : place);
+            static_cast<std::size_t>(stride) == sizeof(char *)
+                ? SetTextElement(broker, array, i, ValueAt<const char *>(place))
+                : SetTextElement(broker, array, i, place, static_cast<std::size_t>(stride));
             continue;
         default: continue;
         }
