@@ -4,6 +4,7 @@
 # everything runs from the build folder without being installed.
 option(VCH_BUILD_TREE "Run from the build folder: libraries opened at run time are its own stand-ins" OFF)
 option(VCH_TESTS "Build the tests" OFF)
+option(VCH_BENCH "Build the measurements of bench/" OFF)
 set(VCH_SANITIZE "" CACHE STRING "Sanitizers, as the compiler's -fsanitize takes them (address,undefined or thread)")
 
 if(VCH_BUILD_TREE)

@@ -1,0 +1,140 @@
+// Frame cost: what the class library's operations cost against the same operations by hand.
+//
+//   frame calls <folder> [rows]   writes the calls that each operation makes, with their values
+//   frame cost <folder> [rows]    under callgrind: dumps the instructions of each operation, alone and as a whole
+//                                 request of the embedded broker
+//
+// The folder has a class library, the one that ships or the one by hand, and a copy of the provider module.
+#include "calls.h"
+#include "prepared.h"
+#include "requests.h"
+
+#include "broker/broker.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <stdexcept>
+#include <valgrind/callgrind.h>
+
+namespace {
+
+using namespace bench;
+
+std::string CallsOf(void *library, const MeasuredClass &measured, Operation operation) {
+    std::string calls;
+    recording = &calls;
+    CallOperation(library, measured.name, operation, NewIdleRequest(measured.keys, true));
+    recording = nullptr;
+    return calls;
+}
+
+void PrintCalls(void *library, const std::vector<MeasuredClass> &classes) {
+    for (const MeasuredClass &measured : classes) {
+        for (const Operation operation : operations) {
+            // The first request also binds the trace descriptor.
+            CallsOf(library, measured, operation);
+            std::printf("--- %s %s\n%s", measured.name.c_str(), ShortName(operation),
+                        CallsOf(library, measured, operation).c_str());
+        }
+    }
+}
+
+// The number of lines that begin with the word.
+int CountCalls(const std::string &calls, const std::string &word) {
+    int count = 0;
+    for (std::size_t at = calls.find(word); at != std::string::npos; at = calls.find(word, at + 1)) {
+        count += at == 0 || calls[at - 1] == '\n';
+    }
+    return count;
+}
+
+// Counts the instructions of a request that has run before, so that everything is bound and warm, and dumps
+// them under a name.
+template <typename Call> void Count(const std::string &name, Call call) {
+    call();
+    call();
+    CALLGRIND_ZERO_STATS;
+    CALLGRIND_TOGGLE_COLLECT;
+    call();
+    CALLGRIND_TOGGLE_COLLECT;
+    CALLGRIND_DUMP_STATS_AT(name.c_str());
+}
+
+// --- The embedded broker
+
+broker::BrokerPointer OpenBroker(const std::string &folder) {
+    broker::Settings settings;
+    settings.providerModule = folder + "/libTRVProviders.so";
+    settings.mofFiles = {SCHEMA_FOLDER "/CIM_base.mof", SCHEMA_FOLDER "/TRV_oVTA.mof"};
+    settings.providedClasses = {"TRV_*"};
+    std::string error;
+    broker::BrokerPointer broker = broker::openBroker(settings, error);
+    if (broker == nullptr) {
+        throw std::runtime_error(error);
+    }
+    return broker;
+}
+
+void Answer(broker::Broker &broker, const MeasuredClass &measured, Operation operation, std::size_t expected) {
+    const broker::RequestPointer request = broker::beginRequest(broker, {.principal = "bench"});
+    const CMPIObjectPath *path = CMNewObjectPath(
+        broker::cmpiBroker(broker), "root/cimv2", ("TRV_oVTA" + measured.name).c_str(), nullptr);
+    broker::Answer answer;
+    if (operation == Operation::GetInstance) {
+        for (const PathKey &key : measured.keys) {
+            CMAddKey(path, key.name, key.value, CMPI_chars);
+        }
+        answer = broker::getInstance(*request, path, nullptr);
+    } else {
+        answer = operation == Operation::EnumerateInstances
+                     ? broker::enumerateInstances(*request, path, nullptr)
+                     : broker::enumerateInstanceNames(*request, path);
+    }
+    if (answer.rc != CMPI_RC_OK || answer.instances.size() + answer.paths.size() != expected) {
+        throw std::runtime_error(measured.name + ' ' + ShortName(operation) + ": " + answer.message);
+    }
+}
+
+void CountAll(const std::string &folder, const std::vector<MeasuredClass> &classes) {
+    void *library = OpenClassLibrary(folder);
+    const broker::BrokerPointer broker = OpenBroker(folder);
+    for (const MeasuredClass &measured : classes) {
+        for (const Operation operation : operations) {
+            const std::string calls = CallsOf(library, measured, operation);
+            const int objects = CountCalls(calls, "Return");
+            const int values = CountCalls(calls, "SetProperty") + CountCalls(calls, "AddKey");
+            const std::string name = measured.name + ' ' + ShortName(operation) + ' ' +
+                                     std::to_string(objects) + ' ' + std::to_string(values);
+            back_ends_are_uncounted = true;
+            const IdleRequest request = NewIdleRequest(measured.keys, false);
+            Count("alone " + name, [&] { CallOperation(library, measured.name, operation, request); });
+            back_ends_are_uncounted = false;
+            Count("whole " + name,
+                  [&] { Answer(*broker, measured, operation, static_cast<std::size_t>(objects)); });
+        }
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    if (argc < 3 || (std::strcmp(argv[1], "calls") != 0 && std::strcmp(argv[1], "cost") != 0)) {
+        std::fprintf(stderr, "usage: frame calls|cost <folder of a class library> [rows]\n");
+        return 2;
+    }
+    const int rows = argc > 3 ? std::max(1, std::atoi(argv[3])) : 20;
+    PrepareRows(rows);
+    try {
+        if (std::strcmp(argv[1], "calls") == 0) {
+            PrintCalls(OpenClassLibrary(argv[2]), MeasuredClasses(rows));
+        } else {
+            CountAll(argv[2], MeasuredClasses(rows));
+        }
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "frame: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
