@@ -3,6 +3,9 @@
 //   frame calls <folder> [rows]   writes the calls that each operation makes, with their values
 //   frame cost <folder> [rows]    under callgrind: dumps the instructions of each operation, alone and as a whole
 //                                 request of the embedded broker
+//   frame once <folder> <rows> <class> <operation>
+//                                 an operation alone, three times, for a look at what it spends:
+//                                 valgrind --tool=callgrind --toggle-collect=PH_OEM_EI_LogEntry frame once ...
 //
 // The folder has a class library, the one that ships or the one by hand, and a copy of the provider module.
 #include "calls.h"
@@ -14,7 +17,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <stdexcept>
 #include <valgrind/callgrind.h>
 
@@ -97,6 +99,18 @@ void Answer(broker::Broker &broker, const MeasuredClass &measured, Operation ope
     }
 }
 
+void CallThrice(void *library, const std::vector<MeasuredClass> &classes, const std::string &className,
+                const std::string &operationName) {
+    for (const MeasuredClass &measured : classes) {
+        for (const Operation operation : operations) {
+            for (int i = 0; i < 3 && measured.name == className && ShortName(operation) == operationName;
+                 ++i) {
+                CallOperation(library, className, operation, NewIdleRequest(measured.keys, false));
+            }
+        }
+    }
+}
+
 void CountAll(const std::string &folder, const std::vector<MeasuredClass> &classes) {
     void *library = OpenClassLibrary(folder);
     const broker::BrokerPointer broker = OpenBroker(folder);
@@ -120,17 +134,24 @@ void CountAll(const std::string &folder, const std::vector<MeasuredClass> &class
 } // namespace
 
 int main(int argc, char **argv) {
-    if (argc < 3 || (std::strcmp(argv[1], "calls") != 0 && std::strcmp(argv[1], "cost") != 0)) {
-        std::fprintf(stderr, "usage: frame calls|cost <folder of a class library> [rows]\n");
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    const std::string mode = words.empty() ? "" : words[0];
+    const std::size_t needed = mode == "calls" || mode == "cost" ? 2 : mode == "once" ? 5 : SIZE_MAX;
+    if (words.size() < needed) {
+        std::fprintf(stderr, "usage: frame calls|cost <folder of a class library> [rows]\n"
+                             "       frame once <folder of a class library> <rows> <class> GI|EI|EIN\n");
         return 2;
     }
-    const int rows = argc > 3 ? std::max(1, std::atoi(argv[3])) : 20;
+    const int rows = words.size() > 2 ? std::max(1, std::atoi(words[2].c_str())) : 20;
     PrepareRows(rows);
+    const std::vector<MeasuredClass> classes = MeasuredClasses(rows);
     try {
-        if (std::strcmp(argv[1], "calls") == 0) {
-            PrintCalls(OpenClassLibrary(argv[2]), MeasuredClasses(rows));
+        if (mode == "calls") {
+            PrintCalls(OpenClassLibrary(words[1]), classes);
+        } else if (mode == "once") {
+            CallThrice(OpenClassLibrary(words[1]), classes, words[3], words[4]);
         } else {
-            CountAll(argv[2], MeasuredClasses(rows));
+            CountAll(words[1], classes);
         }
     } catch (const std::exception &error) {
         std::fprintf(stderr, "frame: %s\n", error.what());
