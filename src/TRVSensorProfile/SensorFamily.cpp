@@ -11,10 +11,11 @@
 // --- Filling a record
 
 void ClearLists(NumericSensorRecord &record) {
-    std::ranges::fill(record.OperationalStatus, -1);
+    constexpr int all_ones = 0xFF;
+    std::memset(record.OperationalStatus, all_ones, sizeof record.OperationalStatus);
     for (auto *thresholds :
          {&record.SupportedThresholds, &record.EnabledThresholds, &record.SettableThresholds}) {
-        std::ranges::fill(*thresholds, -1);
+        std::memset(*thresholds, all_ones, sizeof *thresholds);
     }
 }
 
@@ -80,8 +81,10 @@ void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &state
 
 void FreeTexts(char *(&texts)[64]) {
     for (char *&text : texts) {
-        std::free(text);
-        text = nullptr;
+        if (text != nullptr) { // few are, and there may be gaps
+            std::free(text);
+            text = nullptr;
+        }
     }
 }
 

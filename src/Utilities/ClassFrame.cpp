@@ -258,15 +258,23 @@ bool SetKeys(const RecordTable &table, const KeyOrder &order, const CMPIInstance
     return true;
 }
 
+template <typename Number> CMPIUint64 NumberAt(const char *place) {
+    Number number;
+    std::memcpy(&number, place, sizeof number);
+    return static_cast<CMPIUint64>(number);
+}
+
 // An integer of any width, extended by the sign only where the property has one. The processor is
 // little-endian, so that the value's first bytes serve every narrower member of the union.
 CMPIValue IntegerAt(const void *record, FieldPlace field, CMPIType type) {
     const char *place = TextAt(record, field);
-    CMPIValue value{};
-    std::memcpy(&value, place, field.size);
     const bool isSigned = (type & CMPI_SINT) == CMPI_SINT;
-    if (isSigned && field.size < sizeof value.sint64 && (place[field.size - 1] & 0x80) != 0) {
-        value.uint64 |= ~CMPIUint64{0} << (8 * field.size);
+    CMPIValue value;
+    switch (field.size) {
+    case 1: value.uint64 = isSigned ? NumberAt<CMPISint8>(place) : NumberAt<CMPIUint8>(place); break;
+    case 2: value.uint64 = isSigned ? NumberAt<CMPISint16>(place) : NumberAt<CMPIUint16>(place); break;
+    case 4: value.uint64 = isSigned ? NumberAt<CMPISint32>(place) : NumberAt<CMPIUint32>(place); break;
+    default: value.uint64 = NumberAt<CMPIUint64>(place); break;
     }
     return value;
 }
@@ -343,7 +351,7 @@ bool IsShown(const PropertyColumn &property, const void *record) {
 bool SetProperties(const RecordTable &table, const CMPIBroker *broker, const CMPIInstance *inst,
                    const char **properties, const void *record) {
     for (const PropertyColumn &property : table.properties) {
-        if (!IsShown(property, record) || PH_OEM_ExistsInList(properties, property.name) != 1) {
+        if (!IsShown(property, record) || !IsWanted(properties, property.name)) {
             continue;
         }
         if (SetOne(broker, inst, property, record).rc != CMPI_RC_OK) {

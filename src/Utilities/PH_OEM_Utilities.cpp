@@ -185,7 +185,9 @@ int PH_OEM_SendIPMICommand(std::uint8_t netFnLun, std::uint8_t cmd, const std::u
         TRACE(TraceFailure, "Create IPMI session failed");
         return -1;
     }
-    std::uint8_t buffer[response_limit] = {}; // a failed command may bring nothing
+    // A failed command may bring nothing, and what the caller has no room for isn't looked at.
+    std::uint8_t buffer[response_limit];
+    std::memset(buffer, 0, std::clamp(*responseLength, 1U, response_limit));
     std::uint32_t length = response_limit;
     const int result = LIBIPMI_Send_RAW_IPMI2_0_Command(&session, 0, netFnLun, cmd, request, requestLength,
                                                         buffer, &length, backend_timeout);
@@ -282,6 +284,14 @@ namespace {
 
 constexpr std::size_t comma_text_limit = 256;
 
+bool IsTooLong(const char *text) {
+    const bool isTooLong = strnlen(text, comma_text_limit) == comma_text_limit;
+    if (isTooLong) {
+        TRACE(TraceFailure, "comma text is longer than %zu characters", comma_text_limit - 1);
+    }
+    return isTooLong;
+}
+
 void FreeItems(char **items, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         std::free(items[i]);
@@ -305,11 +315,10 @@ int PH_OEM_GetArrayCount(const char *text, char ***items, std::uint16_t *count) 
     if (text == nullptr || *text == '\0') {
         return 0;
     }
-    char tokens[comma_text_limit];
-    if (strnlen(text, sizeof tokens) == sizeof tokens) {
-        TRACE(TraceFailure, "comma text is longer than %zu characters", sizeof tokens - 1);
+    if (IsTooLong(text)) {
         return -1;
     }
+    char tokens[comma_text_limit];
     SetText(tokens, text);
     *count = static_cast<std::uint16_t>(std::count(text, text + std::strlen(text), ',') + 1);
     auto **list = static_cast<char **>(std::calloc(*count, sizeof(char *)));
@@ -343,19 +352,20 @@ std::int32_t NumberOf(const char *text) {
 
 } // namespace
 
+// The tokens are those of PH_OEM_GetArrayCount, which needs a heap block for each.
 void FillValueList(const char *name, const char *text, std::int32_t *list, std::size_t max) {
-    char **items = nullptr;
-    std::uint16_t count = 0;
-    if (PH_OEM_GetArrayCount(text, &items, &count) != 0) {
+    if (IsTooLong(text)) {
         TRACE(TraceFailure, "%s can't be split into its numbers", name);
         return;
     }
-    for (std::size_t i = 0; i < std::min<std::size_t>(count, max); ++i) {
-        if (items[i] != nullptr) {
-            list[i] = NumberOf(items[i]);
+    for (std::size_t i = 0; i < max; ++i) {
+        text += std::strspn(text, ",");
+        if (*text == '\0') {
+            return;
         }
+        list[i] = NumberOf(text);
+        text += std::strcspn(text, ",");
     }
-    FreeItems(items, count);
 }
 
 CMPIArray *DupValueList(const CMPIBroker *broker, const std::int32_t *list, std::size_t max) {

@@ -70,6 +70,11 @@ EXPORTED int PH_OEM_CheckForValidObjectPath(const CMPIBroker *broker, const CMPI
 // Otherwise 0.
 EXPORTED int PH_OEM_ExistsInList(const char *const *properties, const char *name);
 
+// The same without a call for the clients that want all properties, which nearly all are.
+inline bool IsWanted(const char *const *properties, const char *name) {
+    return properties == nullptr || PH_OEM_ExistsInList(properties, name) == 1;
+}
+
 // Splits a comma text into heap strings. *items gets an array of *count pointers, of which the last are NULL
 // when tokens were empty; the caller frees each entry and the array. An empty text gives 0 with *items
 // untouched. A text of more than 255 characters is refused: a cut would make another number of the last one.

@@ -161,7 +161,7 @@ int SetAndTrace(const CMPIInstance *inst, const char *name, const CMPIValue *val
 
 int PH_OEM_SetProperty(const CMPIBroker *broker, const CMPIInstance *inst, const char **properties,
                        const char *name, const void *value, CMPIType type, int flags) {
-    if (PH_OEM_ExistsInList(properties, name) != 1) {
+    if (!IsWanted(properties, name)) {
         return 0;
     }
     if (value == nullptr || (flags & PH_OEM_PROP_NULL) != 0) {
@@ -229,7 +229,7 @@ int LengthOfTextList(const void *data, int count, int stride) {
 int PH_OEM_SetPropertyArray(const CMPIBroker *broker, const CMPIInstance *inst, const char **properties,
                             const char *name, const void *data, int count, CMPIType type, int flags,
                             int stride) {
-    if (PH_OEM_ExistsInList(properties, name) != 1) {
+    if (!IsWanted(properties, name)) {
         return 0;
     }
     if (data == nullptr || (flags & PH_OEM_PROP_NULL) != 0) {

@@ -6,13 +6,9 @@
 #include <cstdio>
 #include <cstring>
 
-// Copies at most size - 1 characters of a text that may fill its field of `limit` bytes without a NUL.
-inline void CopyBounded(char *destination, std::size_t size, const char *source, std::size_t limit) {
-    const std::size_t room = size - 1;
-    const std::size_t length = strnlen(source, limit < room ? limit : room);
-    std::memcpy(destination, source, length);
-    std::memset(destination + length, 0, size - length);
-}
+// Copies at most size - 1 characters of a text that may fill its field of `limit` bytes without a NUL. Nothing
+// is written behind the copy's NUL: records are zeroed when they are made.
+void CopyBounded(char *destination, std::size_t size, const char *source, std::size_t limit);
 
 // From a row's field to a record's field.
 template <std::size_t N, std::size_t M> void CopyText(char (&destination)[N], const char (&source)[M]) {
