@@ -6,6 +6,7 @@
 #include "libzbr_cim.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 
 // --- Filling a record
@@ -59,14 +60,16 @@ void SetKind(NumericSensorRecord &record, const SensorKind &kind) {
 void SetThresholds(NumericSensorRecord &record, const char *codes) {
     FillValueList("SupportedThresholds", codes, record.SupportedThresholds,
                   std::size(record.SupportedThresholds));
-    FillValueList("EnabledThresholds", codes, record.EnabledThresholds, std::size(record.EnabledThresholds));
+    static_assert(sizeof record.EnabledThresholds == sizeof record.SupportedThresholds);
+    std::memcpy(record.EnabledThresholds, record.SupportedThresholds, sizeof record.EnabledThresholds);
 }
 
 void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &states) {
     int number = states.number();
     for (int i = 0; i < number && i < static_cast<int>(std::size(record.PossibleStates)); ++i) {
-        auto *slot = static_cast<char *>(std::calloc(1, static_cast<std::size_t>(states.size)));
+        auto *slot = static_cast<char *>(std::malloc(static_cast<std::size_t>(states.size)));
         if (slot != nullptr) {
+            slot[0] = '\0';
             states.text(i, slot, states.size);
             slot[states.size - 1] = '\0';
             record.PossibleStates[i] = slot;
@@ -80,11 +83,15 @@ void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &state
 }
 
 void FreeTexts(char *(&texts)[64]) {
-    for (char *&text : texts) {
-        if (text != nullptr) { // few are, and there may be gaps
-            std::free(text);
-            text = nullptr;
+    for (std::size_t i = 0; i < std::size(texts); ++i) {
+        // Few of the slots are used, and a gap is rare: one comparison of the rest with itself, one slot
+        // further on, tells whether all of it is empty.
+        if (texts[i] == nullptr &&
+            std::memcmp(texts + i, texts + i + 1, (std::size(texts) - 1 - i) * sizeof *texts) == 0) {
+            return;
         }
+        std::free(texts[i]);
+        texts[i] = nullptr;
     }
 }
 

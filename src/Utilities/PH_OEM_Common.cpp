@@ -47,9 +47,7 @@ void FillRecord(CapabilitiesRecord &record, const CapabilitiesRow &row) {
     record.ElementNameEditSupported = static_cast<std::uint8_t>(row.ElementNameEditSupported);
     record.MaxElementNameLen = static_cast<std::uint16_t>(row.MaxElementNameLen);
     std::ranges::fill(record.RequestedStatesSupported, -1);
-    char states[sizeof row.RequestedStatesSupported + 1];
-    CopyText(states, row.RequestedStatesSupported);
-    FillValueList("RequestedStatesSupported", states, record.RequestedStatesSupported,
+    FillValueList("RequestedStatesSupported", row.RequestedStatesSupported, record.RequestedStatesSupported,
                   std::size(record.RequestedStatesSupported));
     CopyText(record.ElementName, row.ElementName);
 }

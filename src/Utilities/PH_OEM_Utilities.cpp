@@ -48,9 +48,8 @@ using SessionInfoRow = std::unique_ptr<IpmiSessionInformation, Closer<WipeAndFre
 
 // A number in text form: decimal, octal with a leading 0 or hexadecimal with a leading 0x, cut to 8 bits.
 template <std::size_t N> std::uint8_t NumberFromText(const char (&text)[N]) {
-    char terminated[N + 1];
-    CopyText(terminated, text);
-    return static_cast<std::uint8_t>(std::strtol(terminated, nullptr, 0));
+    char copy[N + 1];
+    return static_cast<std::uint8_t>(std::strtol(EndedText(text, copy), nullptr, 0));
 }
 
 void ConvertSessionInfo(const IpmiSessionInformation &row, SessionArguments &arguments) {
@@ -94,7 +93,7 @@ bool ReadSessionInfo(SessionArguments &arguments, bool trace) {
 } // namespace
 
 int PH_OEM_CreateIPMISession_Ex(IpmiSession *session, int trace) {
-    SessionArguments arguments{};
+    SessionArguments arguments;
     const SessionArgumentsOwner argumentsOwner{&arguments};
     if (!ReadSessionInfo(arguments, trace != 0)) {
         return -1;
@@ -344,10 +343,10 @@ int PH_OEM_GetArrayCount(const char *text, char ***items, std::uint16_t *count) 
 
 namespace {
 
-// strtol, cut to what an entry holds on 32-bit and 64-bit processors alike.
-std::int32_t NumberOf(const char *text) {
+// strtol, cut to what an entry holds on 32-bit and 64-bit processors alike. *end is behind the number.
+std::int32_t NumberAt(const char *text, char **end) {
     return static_cast<std::int32_t>(
-        std::clamp<long long>(std::strtoll(text, nullptr, 10), INT32_MIN, INT32_MAX));
+        std::clamp<long long>(std::strtoll(text, end, 10), INT32_MIN, INT32_MAX));
 }
 
 } // namespace
@@ -359,12 +358,18 @@ void FillValueList(const char *name, const char *text, std::int32_t *list, std::
         return;
     }
     for (std::size_t i = 0; i < max; ++i) {
-        text += std::strspn(text, ",");
+        while (*text == ',') {
+            ++text;
+        }
         if (*text == '\0') {
             return;
         }
-        list[i] = NumberOf(text);
-        text += std::strcspn(text, ",");
+        char *rest = nullptr;
+        list[i] = NumberAt(text, &rest);
+        text = rest;
+        while (*text != '\0' && *text != ',') {
+            ++text;
+        }
     }
 }
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "Utilities/Export.h"
+#include "Utilities/Text.h"
 
 #include "libCIMBaseHooks.h"
 
@@ -97,6 +98,14 @@ CMPIArray *DupPointerList(const CMPIBroker *broker, const char *const *list, std
 // position; an empty token leaves its entry as it was, and numbers behind the last entry are dropped. A
 // failed split leaves the list as it is.
 void FillValueList(const char *name, const char *text, std::int32_t *list, std::size_t max);
+
+// The same for a comma text in a row's field, which may fill it without an end.
+template <std::size_t N>
+void FillValueList(const char *name, const char (&field)[N], std::int32_t *list, std::size_t max) {
+    char copy[N + 1];
+    FillValueList(name, EndedText(field, copy), list, max);
+}
+
 
 // --- Status
 

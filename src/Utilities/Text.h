@@ -20,6 +20,15 @@ template <std::size_t N> void EndText(char (&text)[N]) {
     text[N - 1] = '\0';
 }
 
+// The text of a row's field: the field itself, or where that is full a copy with an end.
+template <std::size_t N> const char *EndedText(const char (&field)[N], char (&copy)[N + 1]) {
+    if (std::memchr(field, '\0', N) != nullptr) {
+        return field;
+    }
+    CopyText(copy, field);
+    return copy;
+}
+
 // From a terminated text to a record's field.
 template <std::size_t N> void SetText(char (&destination)[N], const char *source) {
     CopyBounded(destination, N, source, static_cast<std::size_t>(-1));
@@ -38,9 +47,8 @@ __attribute__((format(printf, 2, 3))) void FormatText(char (&destination)[N], co
 template <std::size_t N, std::size_t M>
 __attribute__((format(printf, 2, 0))) void FormatWithName(char (&destination)[N], const char *format,
                                                           const char (&name)[M]) {
-    char terminated[M + 1];
-    CopyText(terminated, name);
+    char copy[M + 1];
     char text[N + M];
-    std::snprintf(text, sizeof text, format, terminated);
+    std::snprintf(text, sizeof text, format, EndedText(name, copy));
     SetText(destination, text);
 }
