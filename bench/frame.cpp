@@ -1,18 +1,22 @@
 // Frame cost: what the class library's operations cost against the same operations by hand.
 //
-//   frame calls <folder> [rows]   writes the calls that each operation makes, with their values
+//   frame compare <folder> <folder>
+//                                 compares the calls that each operation makes, with their values, in two libraries:
+//                                 unless they are the same, the costs can't be compared either
+//   frame calls <folder> [rows]   writes them
 //   frame cost <folder> [rows]    under callgrind: dumps the instructions of each operation, alone and as a whole
 //                                 request of the embedded broker
+//   frame grow <folder> <rows>... under callgrind: dumps the instructions of the operations alone over that many rows,
+//                                 of the classes that may have very many
 //   frame once <folder> <rows> <class> <operation>
 //                                 an operation alone, three times, for a look at what it spends:
 //                                 valgrind --tool=callgrind --toggle-collect=PH_OEM_EI_LogEntry frame once ...
 //
 // The folder has a class library, the one that ships or the one by hand, and a copy of the provider module.
 #include "calls.h"
+#include "embedded_broker.h"
 #include "prepared.h"
 #include "requests.h"
-
-#include "broker/broker.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -43,6 +47,37 @@ void PrintCalls(void *library, const std::vector<MeasuredClass> &classes) {
     }
 }
 
+// Says where the calls of two libraries part; false when they do.
+bool CompareCalls(void *one, void *other, const MeasuredClass &measured, Operation operation) {
+    // The first request also binds the trace descriptor.
+    CallsOf(one, measured, operation);
+    const std::string expected = CallsOf(one, measured, operation);
+    const std::string actual = CallsOf(other, measured, operation);
+    const auto [left, right] = std::ranges::mismatch(expected, actual);
+    if (left == expected.end() && right == actual.end()) {
+        return true;
+    }
+    const auto from = [](const std::string &calls, std::string::const_iterator at) {
+        const std::size_t start = calls.rfind('\n', static_cast<std::size_t>(at - calls.begin())) + 1;
+        return calls.substr(start, calls.find('\n', start) - start);
+    };
+    std::fprintf(stderr, "%s %s: '%s' and '%s'\n", measured.name.c_str(), ShortName(operation),
+                 from(expected, left).c_str(), from(actual, right).c_str());
+    return false;
+}
+
+bool CompareCalls(const std::string &one, const std::string &other,
+                  const std::vector<MeasuredClass> &classes) {
+    void *const libraries[] = {OpenClassLibrary(one), OpenClassLibrary(other)};
+    bool isSame = true;
+    for (const MeasuredClass &measured : classes) {
+        for (const Operation operation : operations) {
+            isSame &= CompareCalls(libraries[0], libraries[1], measured, operation);
+        }
+    }
+    return isSame;
+}
+
 // The number of lines that begin with the word.
 int CountCalls(const std::string &calls, const std::string &word) {
     int count = 0;
@@ -66,19 +101,6 @@ template <typename Call> void Count(const std::string &name, Call call) {
 
 // --- The embedded broker
 
-broker::BrokerPointer OpenBroker(const std::string &folder) {
-    broker::Settings settings;
-    settings.providerModule = folder + "/libTRVProviders.so";
-    settings.mofFiles = {SCHEMA_FOLDER "/CIM_base.mof", SCHEMA_FOLDER "/TRV_oVTA.mof"};
-    settings.providedClasses = {"TRV_*"};
-    std::string error;
-    broker::BrokerPointer broker = broker::openBroker(settings, error);
-    if (broker == nullptr) {
-        throw std::runtime_error(error);
-    }
-    return broker;
-}
-
 void Answer(broker::Broker &broker, const MeasuredClass &measured, Operation operation, std::size_t expected) {
     const broker::RequestPointer request = broker::beginRequest(broker, {.principal = "bench"});
     const CMPIObjectPath *path = CMNewObjectPath(
@@ -96,6 +118,22 @@ void Answer(broker::Broker &broker, const MeasuredClass &measured, Operation ope
     }
     if (answer.rc != CMPI_RC_OK || answer.instances.size() + answer.paths.size() != expected) {
         throw std::runtime_error(measured.name + ' ' + ShortName(operation) + ": " + answer.message);
+    }
+}
+
+void CountGrowth(const std::string &folder, const std::vector<std::string> &counts) {
+    void *library = OpenClassLibrary(folder);
+    back_ends_are_uncounted = true;
+    const IdleRequest request = NewIdleRequest({}, false);
+    for (const char *className : growing_classes) {
+        for (const std::string &rows : counts) {
+            PrepareRows(std::atoi(rows.c_str()), className);
+            for (const Operation operation :
+                 {Operation::EnumerateInstances, Operation::EnumerateInstanceNames}) {
+                const std::string name = std::string(className) + ' ' + ShortName(operation) + ' ' + rows;
+                Count(name, [&] { CallOperation(library, className, operation, request); });
+            }
+        }
     }
 }
 
@@ -136,18 +174,29 @@ void CountAll(const std::string &folder, const std::vector<MeasuredClass> &class
 int main(int argc, char **argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
     const std::string mode = words.empty() ? "" : words[0];
-    const std::size_t needed = mode == "calls" || mode == "cost" ? 2 : mode == "once" ? 5 : SIZE_MAX;
+    const std::size_t needed = mode == "calls" || mode == "cost"     ? 2
+                               : mode == "compare" || mode == "grow" ? 3
+                               : mode == "once"                      ? 5
+                                                                     : SIZE_MAX;
     if (words.size() < needed) {
         std::fprintf(stderr, "usage: frame calls|cost <folder of a class library> [rows]\n"
+                             "       frame compare <folder of a class library> <folder of another>\n"
+                             "       frame grow <folder of a class library> <rows>...\n"
                              "       frame once <folder of a class library> <rows> <class> GI|EI|EIN\n");
         return 2;
     }
-    const int rows = words.size() > 2 ? std::max(1, std::atoi(words[2].c_str())) : 20;
+    constexpr int few_rows = 20;
+    const bool hasRows = mode != "compare" && mode != "grow" && words.size() > 2;
+    const int rows = hasRows ? std::max(1, std::atoi(words[2].c_str())) : few_rows;
     PrepareRows(rows);
     const std::vector<MeasuredClass> classes = MeasuredClasses(rows);
     try {
         if (mode == "calls") {
             PrintCalls(OpenClassLibrary(words[1]), classes);
+        } else if (mode == "compare") {
+            return CompareCalls(words[1], words[2], classes) ? 0 : 1;
+        } else if (mode == "grow") {
+            CountGrowth(words[1], {words.begin() + 2, words.end()});
         } else if (mode == "once") {
             CallThrice(OpenClassLibrary(words[1]), classes, words[3], words[4]);
         } else {

@@ -147,13 +147,15 @@ std::string SensorName(int row) {
     return "Temp. Sensor " + std::to_string(row);
 }
 
-void PrepareRows(int count) {
-    profiles.clear();
-    sensors.clear();
-    for (int row = 0; row < count; ++row) {
-        profiles.push_back(NewProfile(row));
-        sensors.push_back(NewSensor(row));
-    }
+void PrepareRows(int count, const std::string &onlyClass) {
+    const auto fill = [&](auto &rows, const char *className, auto newRow, int number) {
+        rows.clear();
+        for (int row = 0; row < number && (onlyClass.empty() || onlyClass == className); ++row) {
+            rows.push_back(newRow(row));
+        }
+    };
+    fill(profiles, "RegisteredProfile", NewProfile, count);
+    fill(sensors, "TemperatureSensor", NewSensor, count);
     PrepareSingleRows();
 }
 

@@ -7,9 +7,9 @@
 
 namespace bench {
 
-// How many rows there are of what there may be many: registered profiles, temperature sensors and entries of
-// each log.
-void PrepareRows(int count);
+// How many rows there are of what there may be many: registered profiles, temperature sensors and, in two logs,
+// entries. With a class's name there are that many only of its own, and none of the others.
+void PrepareRows(int count, const std::string &onlyClass = "");
 
 // Names in the rows, for the keys of a request.
 std::string ProfileId(int row);

@@ -17,6 +17,9 @@ struct MeasuredClass {
 // The classes over the prepared rows, with the keys of one in the middle.
 std::vector<MeasuredClass> MeasuredClasses(int rows);
 
+// Those of them that may have very many instances.
+inline constexpr std::array growing_classes = {"RegisteredProfile"};
+
 enum class Operation { GetInstance, EnumerateInstances, EnumerateInstanceNames };
 inline constexpr std::array operations = {Operation::GetInstance, Operation::EnumerateInstances,
                                    Operation::EnumerateInstanceNames};

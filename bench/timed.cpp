@@ -1,0 +1,67 @@
+// Times of operations over prepared back ends: how they grow with the rows, and what a second thread brings.
+//
+//   VCH_BENCH_LIBRARY=<folder> timed [--benchmark_filter=...]
+#include "embedded_broker.h"
+#include "prepared.h"
+#include "requests.h"
+
+#include <benchmark/benchmark.h>
+#include <cstdlib>
+
+namespace {
+
+using namespace bench;
+
+const char *Folder() {
+    const char *folder = std::getenv("VCH_BENCH_LIBRARY");
+    return folder != nullptr ? folder : DEFAULT_LIBRARY_FOLDER;
+}
+
+void Grow(benchmark::State &state, const std::string &className, Operation operation) {
+    void *library = OpenClassLibrary(Folder());
+    const int rows = static_cast<int>(state.range(0));
+    PrepareRows(rows, className);
+    const IdleRequest request = NewIdleRequest({}, false);
+    for (auto _ : state) {
+        CallOperation(library, className, operation, request);
+    }
+}
+
+// Whole requests of all measured classes, in turn.
+void Mix(benchmark::State &state) {
+    static const broker::BrokerPointer broker = [] {
+        PrepareRows(20);
+        return OpenBroker(Folder());
+    }();
+    const std::vector<MeasuredClass> classes = MeasuredClasses(20);
+    for (auto _ : state) {
+        for (const MeasuredClass &measured : classes) {
+            Enumerate(*broker, "TRV_oVTA" + measured.name);
+        }
+    }
+    state.SetItemsProcessed(static_cast<std::int64_t>(classes.size()) * state.iterations());
+}
+
+void RegisterGrowth() {
+    for (const char *className : growing_classes) {
+        for (const Operation operation :
+             {Operation::EnumerateInstances, Operation::EnumerateInstanceNames}) {
+            const std::string name = std::string("Grow/") + className + "/" + ShortName(operation);
+            benchmark::RegisterBenchmark(
+                name.c_str(), [=](benchmark::State &state) { Grow(state, className, operation); })
+                ->RangeMultiplier(10)
+                ->Range(100, 100'000);
+        }
+    }
+}
+
+} // namespace
+
+BENCHMARK(Mix)->Threads(1)->Threads(2)->UseRealTime();
+
+int main(int argc, char **argv) {
+    RegisterGrowth();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
