@@ -1,6 +1,6 @@
-// The most heap and stack that a whole request needs which enumerates a class over the stand-ins: a line for each
-// class with its instances, the bytes of heap that the class library has at once and those of the thread's stack,
-// which the stand-ins and their store are part of. VCH_STORE names the store.
+// The most heap and stack that a whole request needs which enumerates a class over the stand-ins: a line for
+// each class with its instances, the bytes of heap that the class library has at once and those of the
+// thread's stack, which the stand-ins and their store are part of. VCH_STORE names the store.
 #include "embedded_broker.h"
 #include "heap.h"
 

@@ -29,8 +29,8 @@ std::vector<std::string> ServedClasses(const broker::Broker &broker) {
 
 std::size_t Enumerate(broker::Broker &broker, const std::string &className) {
     const broker::RequestPointer request = broker::beginRequest(broker, {.principal = "bench"});
-    const CMPIObjectPath *path = CMNewObjectPath(broker::cmpiBroker(broker),
-                                                 broker::nameSpaceOf(broker).c_str(), className.c_str(), nullptr);
+    const CMPIObjectPath *path = CMNewObjectPath(
+        broker::cmpiBroker(broker), broker::nameSpaceOf(broker).c_str(), className.c_str(), nullptr);
     const broker::Answer answer = broker::enumerateInstances(*request, path, nullptr);
     if (answer.rc != CMPI_RC_OK) {
         throw std::runtime_error(className + ": " + answer.message);

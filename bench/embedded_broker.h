@@ -8,8 +8,8 @@
 
 namespace bench {
 
-// A broker over the provider module in a folder, which takes the class library beside it. Throws when there is
-// none.
+// A broker over the provider module in a folder, which takes the class library beside it. Throws when there
+// is none.
 broker::BrokerPointer OpenBroker(const std::string &folder);
 
 // The names of all classes that the library serves, with their prefix.

@@ -1,5 +1,5 @@
-// The time in nanoseconds from dlopen of the class library, which is cold, to the first answer: all instances of a
-// class over prepared back ends.
+// The time in nanoseconds from dlopen of the class library, which is cold, to the first answer: all instances
+// of a class over prepared back ends.
 //
 //   first_answer <folder of a class library>
 #include "prepared.h"

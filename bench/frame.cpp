@@ -1,16 +1,19 @@
 // Frame cost: what the class library's operations cost against the same operations by hand.
 //
 //   frame compare <folder> <folder>
-//                                 compares the calls that each operation makes, with their values, in two libraries:
-//                                 unless they are the same, the costs can't be compared either
+//                                 compares the calls that each operation makes, with their values, in two
+//                                 libraries: unless they are the same, the costs can't be compared either
 //   frame calls <folder> [rows]   writes them
-//   frame cost <folder> [rows]    under callgrind: dumps the instructions of each operation, alone and as a whole
+//   frame cost <folder> [rows]    under callgrind: dumps the instructions of each operation, alone and as a
+//   whole
 //                                 request of the embedded broker
-//   frame grow <folder> <rows>... under callgrind: dumps the instructions of the operations alone over that many rows,
+//   frame grow <folder> <rows>... under callgrind: dumps the instructions of the operations alone over that
+//   many rows,
 //                                 of the classes that may have very many
 //   frame once <folder> <rows> <class> <operation>
 //                                 an operation alone, three times, for a look at what it spends:
-//                                 valgrind --tool=callgrind --toggle-collect=PH_OEM_EI_LogEntry frame once ...
+//                                 valgrind --tool=callgrind --toggle-collect=PH_OEM_EI_LogEntry frame once
+//                                 ...
 //
 // The folder has a class library, the one that ships or the one by hand, and a copy of the provider module.
 #include "calls.h"
@@ -101,10 +104,11 @@ template <typename Call> void Count(const std::string &name, Call call) {
 
 // --- The embedded broker
 
-void Answer(broker::Broker &broker, const MeasuredClass &measured, Operation operation, std::size_t expected) {
+void Answer(broker::Broker &broker, const MeasuredClass &measured, Operation operation,
+            std::size_t expected) {
     const broker::RequestPointer request = broker::beginRequest(broker, {.principal = "bench"});
-    const CMPIObjectPath *path = CMNewObjectPath(
-        broker::cmpiBroker(broker), "root/cimv2", ("TRV_oVTA" + measured.name).c_str(), nullptr);
+    const CMPIObjectPath *path = CMNewObjectPath(broker::cmpiBroker(broker), "root/cimv2",
+                                                 ("TRV_oVTA" + measured.name).c_str(), nullptr);
     broker::Answer answer;
     if (operation == Operation::GetInstance) {
         for (const PathKey &key : measured.keys) {

@@ -25,9 +25,9 @@ struct HighWater {
     }
 };
 
-bool counting = false;     // by one thread at a time
-HighWater all{};           // of the process, since counting began
-HighWater of_library{};    // blocks that the class library asked for
+bool counting = false;  // by one thread at a time
+HighWater all{};        // of the process, since counting began
+HighWater of_library{}; // blocks that the class library asked for
 std::uintptr_t library_start = 0;
 std::uintptr_t library_end = 0;
 

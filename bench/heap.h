@@ -1,5 +1,5 @@
-// Counts the heap: a program that is linked with it has its own malloc, which keeps the high-water mark of the
-// process and of the blocks that the class library asked for. One thread at a time.
+// Counts the heap: a program that is linked with it has its own malloc, which keeps the high-water mark of
+// the process and of the blocks that the class library asked for. One thread at a time.
 #pragma once
 
 #include <cstddef>

@@ -31,6 +31,8 @@ template <std::size_t N> void Fill(char (&field)[N], const std::string &text) {
 
 std::vector<RegisteredProfileRow> profiles;
 std::vector<FullSdrRow> sensors;
+std::vector<SelRow> sel_rows;
+std::vector<IelRow> iel_rows;
 std::vector<FruRow> frus;
 std::vector<FruDeviceSdrRow> fru_devices;
 IpmiSessionInformation session_information{};
@@ -57,6 +59,31 @@ FullSdrRow NewSensor(int row) {
     sensor.UpperThresholdNonCritical = 170;
     Fill(sensor.SensorName, bench::SensorName(row));
     return sensor;
+}
+
+SelRow NewSelRow(int row) {
+    SelRow entry{};
+    entry.RecordId = row + 1;
+    entry.TimeStamp = 1760000000U + static_cast<std::uint32_t>(row);
+    entry.Flags = 0xA0;
+    entry.ErrorCode = 0x19000B;
+    Fill(entry.Message, "'DIMM-1A': Memory module failed (disabled)");
+    Fill(entry.Summary, "A memory module was switched off because it had an error that can't be corrected.");
+    Fill(entry.Causes, "The memory module is defect");
+    std::strcpy(entry.Resolutions, "Replace the memory module");
+    std::strcpy(entry.Resolutions + std::strlen(entry.Resolutions) + 1, "Look for a loose module");
+    return entry;
+}
+
+IelRow NewIelRow(int row) {
+    IelRow entry{};
+    entry.RecordId = row + 1;
+    entry.TimeStamp = 1760000000U + static_cast<std::uint32_t>(row);
+    entry.Flags = 0x10;
+    entry.ErrorCode = 0x230020;
+    entry.LanguageCode = 1033;
+    Fill(entry.Message, "User 'admin' login from 192.0.2.7");
+    return entry;
 }
 
 FruRow NewFru(int device, int entity) {
@@ -156,6 +183,8 @@ void PrepareRows(int count, const std::string &onlyClass) {
     };
     fill(profiles, "RegisteredProfile", NewProfile, count);
     fill(sensors, "TemperatureSensor", NewSensor, count);
+    fill(sel_rows, "LogEntry", NewSelRow, count / 2);
+    fill(iel_rows, "LogEntry", NewIelRow, count / 2);
     PrepareSingleRows();
 }
 
@@ -224,6 +253,21 @@ int zbr_oemdb_get_specific_full_sdrs(uint32_t handle, int sensorType, int entity
     return GiveRows(sensors, count, rows);
 }
 
+int zbr_oemdb_get_all_sel_rec(uint32_t handle, int *count, SelRow **rows) {
+    const BackEnd call("zbr_oemdb_get_all_sel_rec %u", handle);
+    return GiveRows(sel_rows, count, rows);
+}
+
+int zbr_oemdb_get_all_iel_rec(uint32_t handle, int *count, IelRow **rows) {
+    const BackEnd call("zbr_oemdb_get_all_iel_rec %u", handle);
+    return GiveRows(iel_rows, count, rows);
+}
+
+int zbr_oemdb_get_sel_rec(uint32_t handle, int32_t recordId, int *count, SelRow **row) {
+    const BackEnd call("zbr_oemdb_get_sel_rec %u %d", handle, recordId);
+    return GiveRows(&sel_rows.at(static_cast<std::size_t>(recordId - 1)), 1, count, row);
+}
+
 // --- Sessions and commands
 
 int CIM_Create_IPMI20_Session(IpmiSession *, const char *target, uint16_t port, const char *userName,
@@ -279,8 +323,8 @@ int ZBR_CIM_GetConfigSpaceVariables(IpmiSession *, uint16_t id, uint8_t index, u
         return 0;
     }
     if (*length <= 2) {
-        const std::uint16_t one = 1;
-        std::memcpy(buffer, &one, *length);
+        const std::uint16_t number = id == 0x000E ? 1033 : 1; // the language of the log is English
+        std::memcpy(buffer, &number, *length);
         return 0;
     }
     constexpr char text[] = "some-text.example";
@@ -346,6 +390,21 @@ void Zbr_CimIpmi_GetTmpSensorPossibleState(int index, char *text, int size) {
 void Zbr_CimIpmi_GetTmpCurrentState(uint8_t state, char *text, int size) {
     const BackEnd call("Zbr_CimIpmi_GetTmpCurrentState %u %d", state, size);
     GiveText("OK", text, size);
+}
+
+void Zbr_CimIpmi_ConvSeverityString(uint8_t flags, char *text, int size) {
+    const BackEnd call("Zbr_CimIpmi_ConvSeverityString %u %d", flags, size);
+    GiveText("Critical", text, size);
+}
+
+void Zbr_CimIpmi_ConvBoolCSSString(uint8_t flags, char *text, int size) {
+    const BackEnd call("Zbr_CimIpmi_ConvBoolCSSString %u %d", flags, size);
+    GiveText("TRUE", text, size);
+}
+
+void Zbr_CimIpmi_ConvLocaleString(uint16_t language, char *text, int size) {
+    const BackEnd call("Zbr_CimIpmi_ConvLocaleString %u %d", language, size);
+    GiveText("en-us", text, size);
 }
 
 // --- Agent parameters

@@ -25,6 +25,7 @@ std::vector<MeasuredClass> MeasuredClasses(int rows) {
           {"CreationClassName", "TRV_oVTATemperatureSensor"},
           {"SystemName", chassis_serial},
           {"DeviceID", Kept(SensorName(middle))}}},
+        {"LogEntry", {{"InstanceID", Kept("LogMessage_" + std::to_string(rows / 4 + 1))}}},
         {"BaseServer", {{"CreationClassName", "TRV_oVTABaseServer"}, {"Name", chassis_serial}}},
         {"ServerConfigSettings", {{"InstanceID", "TRV:oVTAServerConfigSettings"}}},
     };

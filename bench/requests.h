@@ -18,11 +18,11 @@ struct MeasuredClass {
 std::vector<MeasuredClass> MeasuredClasses(int rows);
 
 // Those of them that may have very many instances.
-inline constexpr std::array growing_classes = {"RegisteredProfile"};
+inline constexpr std::array growing_classes = {"LogEntry", "RegisteredProfile"};
 
 enum class Operation { GetInstance, EnumerateInstances, EnumerateInstanceNames };
 inline constexpr std::array operations = {Operation::GetInstance, Operation::EnumerateInstances,
-                                   Operation::EnumerateInstanceNames};
+                                          Operation::EnumerateInstanceNames};
 const char *ShortName(Operation operation); // GI, EI or EIN
 
 // The class library in a folder, which is never closed.

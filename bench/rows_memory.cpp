@@ -1,5 +1,5 @@
-// The most heap that an operation needs at once over prepared rows, in bytes: their own block and what the class
-// library makes of them.
+// The most heap that an operation needs at once over prepared rows, in bytes: their own block and what the
+// class library makes of them.
 //
 //   rows_memory <folder of a class library> <class> EI|EIN <rows>
 #include "heap.h"

@@ -44,11 +44,10 @@ void Mix(benchmark::State &state) {
 
 void RegisterGrowth() {
     for (const char *className : growing_classes) {
-        for (const Operation operation :
-             {Operation::EnumerateInstances, Operation::EnumerateInstanceNames}) {
+        for (const Operation operation : {Operation::EnumerateInstances, Operation::EnumerateInstanceNames}) {
             const std::string name = std::string("Grow/") + className + "/" + ShortName(operation);
-            benchmark::RegisterBenchmark(
-                name.c_str(), [=](benchmark::State &state) { Grow(state, className, operation); })
+            benchmark::RegisterBenchmark(name.c_str(),
+                                         [=](benchmark::State &state) { Grow(state, className, operation); })
                 ->RangeMultiplier(10)
                 ->Range(100, 100'000);
         }

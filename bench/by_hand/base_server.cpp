@@ -39,10 +39,9 @@ struct Library {
 };
 
 bool ReadHost(void *library, int namesOnly, HostComputerSystemRow &host) {
-    auto *enumerate =
-        library == nullptr ? nullptr
-                           : reinterpret_cast<PH_Enum_All_HostComputerSystemFunction *>(
-                                 dlsym(library, "PH_Enum_All_HostComputerSystem"));
+    auto *enumerate = library == nullptr ? nullptr
+                                         : reinterpret_cast<PH_Enum_All_HostComputerSystemFunction *>(
+                                               dlsym(library, "PH_Enum_All_HostComputerSystem"));
     auto *clean = enumerate == nullptr ? nullptr
                                        : reinterpret_cast<PH_Clean_HostComputerSystemFunction *>(
                                              dlsym(library, "PH_Clean_HostComputerSystem"));
@@ -70,8 +69,7 @@ void ReadStatus(Server &server) {
     bool isRead;
     {
         Session session;
-        isRead =
-            session.isOpen && ZBR_CIM_GetErrorLED(&session.session, &led, backend_timeout) == 0;
+        isRead = session.isOpen && ZBR_CIM_GetErrorLED(&session.session, &led, backend_timeout) == 0;
     }
     led = isRead ? led : 0;
     server.host.HealthState = Zbr_CimIpmi_GetBaseSrvHealthState(led);
@@ -86,9 +84,8 @@ void ReadStatus(Server &server) {
 
 void ReadGuid(Server &server) {
     std::uint32_t handle = 0;
-    if (zbr_oemdb_init(&handle) == 0 &&
-        (zbr_oemdb_get_sys_info(handle, server.guid) == 1 ||
-         strnlen(server.guid, sizeof server.guid) == sizeof server.guid)) {
+    if (zbr_oemdb_init(&handle) == 0 && (zbr_oemdb_get_sys_info(handle, server.guid) == 1 ||
+                                         strnlen(server.guid, sizeof server.guid) == sizeof server.guid)) {
         server.guid[0] = '\0';
     }
     zbr_oemdb_close(handle);
@@ -99,11 +96,9 @@ bool HasModelFru() {
     FruDeviceSdrRow *rows = nullptr;
     int count = 0;
     bool isFound = false;
-    if (zbr_oemdb_init(&handle) == 0 &&
-        zbr_oemdb_get_all_frudevice_sdr_info(handle, &count, &rows) == 0) {
+    if (zbr_oemdb_init(&handle) == 0 && zbr_oemdb_get_all_frudevice_sdr_info(handle, &count, &rows) == 0) {
         for (int i = 0; rows != nullptr && i < count && !isFound; ++i) {
-            isFound =
-                rows[i].DeviceAddress == 0x20 && rows[i].DeviceType == 0x80 && rows[i].FruDeviceId == 2;
+            isFound = rows[i].DeviceAddress == 0x20 && rows[i].DeviceType == 0x80 && rows[i].FruDeviceId == 2;
         }
     }
     std::free(rows);
@@ -165,7 +160,7 @@ void ReadHostName(IpmiSession *session, char (&name)[256]) {
         if (CIM_Get_MACAddress(session, address, 2, backend_timeout) != 0) {
             std::memset(address, 0, sizeof address);
         }
-        std::snprintf(serial, sizeof serial, "%02X%02X%02X", address[3], address[4], address[5]);
+        Format(serial, "%02X%02X%02X", address[3], address[4], address[5]);
     }
     if (useNetworkName == 0) {
         ReadText(session, 0x0201, networkName);
@@ -191,8 +186,7 @@ void ReadIPv6(IpmiSession *session, const char *secure, std::uint16_t port, Serv
             if (ReadVariable(session, 0x1A25, index, address, sizeof address)) {
                 char text[INET6_ADDRSTRLEN] = "";
                 inet_ntop(AF_INET6, address, text, sizeof text);
-                std::snprintf(server.urlByIPv6, sizeof server.urlByIPv6, "http%s://[%s]:%d/", secure, text,
-                              port);
+                Format(server.urlByIPv6, "http%s://[%s]:%d/", secure, text, port);
             }
             return;
         }
@@ -209,15 +203,11 @@ void ReadUrls(IpmiSession *session, Server &server) {
     const char *secure = forceHttps != 0 ? "s" : "";
     std::uint16_t port = 0;
     ReadVariable(session, forceHttps != 0 ? 0x1421 : 0x1420, 0, &port, sizeof port);
-    if (std::snprintf(server.urlByName, sizeof server.urlByName, "http%s://%s.%s:%d/", secure, host, domain,
-                      port) < 0) {
-        server.urlByName[0] = '\0';
-    }
+    Format(server.urlByName, "http%s://%s.%s:%d/", secure, host, domain, port);
     std::uint32_t address = 0;
     if (LIBIPMI_HL_GetIPv4Address(session, &address, 2, backend_timeout) == 0) {
         inet_ntop(AF_INET, &address, server.address, sizeof server.address);
-        std::snprintf(server.urlByIPv4, sizeof server.urlByIPv4, "http%s://%s:%d/", secure, server.address,
-                      port);
+        Format(server.urlByIPv4, "http%s://%s:%d/", secure, server.address, port);
     }
     ReadIPv6(session, secure, port, server);
 }
@@ -244,8 +234,7 @@ void ReadAgent(Server &server) {
     {
         const Parameter name("ServerHostNameShort");
         const char *value = name.Value();
-        std::snprintf(server.host.ElementName, sizeof server.host.ElementName, "%.64s",
-                      value != nullptr ? value : "- unknown -");
+        Format(server.host.ElementName, "%.64s", value != nullptr ? value : "- unknown -");
     }
     const Parameter status("UMServerStatus");
     server.updateStatus = status.Value() != nullptr ? static_cast<std::uint8_t>(*status.Value()) : 0;
@@ -377,8 +366,7 @@ EXPORTED void PH_OEM_GI_BaseServer(const CMPIBroker *broker, const CMPIContext *
         const char *className = CMGetCharsPtr(keys[0], nullptr);
         const char *name = CMGetCharsPtr(keys[1], nullptr);
         if (std::strcmp(className, server.host.CreationClassName) == 0 &&
-            std::strcmp(name, server.host.Name) == 0 &&
-            ReturnServer(broker, cop, properties, rslt, server)) {
+            std::strcmp(name, server.host.Name) == 0 && ReturnServer(broker, cop, properties, rslt, server)) {
             return;
         }
     }

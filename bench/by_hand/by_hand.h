@@ -1,8 +1,8 @@
 // What the classes by hand share: what a careful engineer who has no frame would still write only once.
 //
 // A class by hand is the code for that one class and nothing else: rows go straight into properties, without
-// records between them and without tables. It makes the same calls of back ends and of the broker as the class
-// library's, in the same order and with the same values; the test `frame_calls` compares them.
+// records between them and without tables. It makes the same calls of back ends and of the broker as the
+// class library's, in the same order and with the same values; the test `frame_calls` compares them.
 #pragma once
 
 #include "libCIMBaseHooks.h"
@@ -10,8 +10,10 @@
 #include <cmpidt.h>
 #include <cmpift.h>
 #include <cmpimacs.h>
+#include <cstdarg>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -52,6 +54,15 @@ template <std::size_t N> const char *Ended(char (&field)[N]) {
     return field;
 }
 
+// A formatted text, cut where it doesn't fit.
+template <std::size_t N>
+__attribute__((format(printf, 2, 3))) void Format(char (&text)[N], const char *format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, N, format, arguments);
+    va_end(arguments);
+}
+
 // Sets the status of a request that fails.
 void Fail(const CMPIBroker *broker, CMPIStatus *status, const char *message);
 
@@ -77,8 +88,7 @@ inline bool SetKey(const Instance &instance, const char *name, const char *text)
     return *text != '\0' && CMSetProperty(instance.inst, name, text, CMPI_chars).rc == CMPI_RC_OK;
 }
 inline bool SetText(const Instance &instance, const char *name, const char *text) {
-    return !IsWanted(instance, name) ||
-           CMSetProperty(instance.inst, name, text, CMPI_chars).rc == CMPI_RC_OK;
+    return !IsWanted(instance, name) || CMSetProperty(instance.inst, name, text, CMPI_chars).rc == CMPI_RC_OK;
 }
 template <typename Number>
 bool SetNumber(const Instance &instance, const char *name, Number number, CMPIType type) {

@@ -77,8 +77,8 @@ bool ReturnName(const CMPIBroker *broker, const CMPIObjectPath *cop, const CMPIR
 } // namespace
 
 EXPORTED void PH_OEM_GI_RegisteredProfile(const CMPIBroker *broker, const CMPIContext *,
-                                          const CMPIObjectPath *cop, const char **properties, const CMPIResult *rslt,
-                                          CMPIStatus *status) {
+                                          const CMPIObjectPath *cop, const char **properties,
+                                          const CMPIResult *rslt, CMPIStatus *status) {
     constexpr const char *names[] = {"InstanceID"};
     CMPIString *key = nullptr;
     Rows rows;
@@ -96,8 +96,8 @@ EXPORTED void PH_OEM_GI_RegisteredProfile(const CMPIBroker *broker, const CMPICo
 }
 
 EXPORTED void PH_OEM_EI_RegisteredProfile(const CMPIBroker *broker, const CMPIContext *,
-                                          const CMPIObjectPath *cop, const char **properties, const CMPIResult *rslt,
-                                          CMPIStatus *status) {
+                                          const CMPIObjectPath *cop, const char **properties,
+                                          const CMPIResult *rslt, CMPIStatus *status) {
     Rows rows;
     bool isDone = ReadRows(rows);
     const Block<RegisteredProfileRow> owner{rows.rows};
