@@ -29,8 +29,14 @@ THREADS_TARGET = 1.9
 # unless it is told to use its vector loops.
 TUNABLES = "glibc.cpu.x86_rep_stosb_threshold=1000000000:glibc.cpu.x86_rep_movsb_threshold=1000000000"
 
+# What misses a target by now, and how far: ./check keeps it from getting worse.
+KNOWN = {
+}
+MARGIN = 1.03  # of a ratio in ./check: other processors and C libraries take other vector loops
+
 results = {}
 missed = []
+margin = 1
 
 
 def run(*command, **options):
@@ -50,8 +56,9 @@ def table(headings, rows):
 def ratio(value, base, target, what):
     """Text of a ratio, marked when it passes its target."""
     quotient = value / base
-    if quotient > target:
-        missed.append(f"{what}: {quotient:.3f}, target {target}")
+    limit = target if margin == 1 else max(target, KNOWN.get(what, 0)) * margin
+    if quotient > limit:
+        missed.append(f"{what}: {quotient:.3f}, target {target}" + (f", limit {limit:.3f}" if limit > target else ""))
     return f"{quotient:.3f}" + (" !" if quotient > target else "")
 
 
@@ -292,6 +299,8 @@ def endtoend(build):
 
 
 def check(build):
+    global margin
+    margin = MARGIN
     frame(build, 20)
     growth(build, (100, 1000))
 

@@ -539,12 +539,9 @@ void PH_OEM_Clean_BaseServer(R **records, int count) {
     TRACE(TraceProgress, "Entering %s", __func__);
     for (int i = 0; *records != nullptr && i < count; ++i) {
         R &record = (*records)[i];
-        for (auto *list : {&record.host.IdentifyingDescriptions, &record.host.OtherIdentifyingInfo,
-                           &record.OtherDedicatedDescriptions}) {
-            for (char *text : *list) {
-                std::free(text);
-            }
-        }
+        FreeTexts(record.host.IdentifyingDescriptions);
+        FreeTexts(record.host.OtherIdentifyingInfo);
+        FreeTexts(record.OtherDedicatedDescriptions);
     }
     std::free(*records);
     *records = nullptr;

@@ -13,7 +13,6 @@
 
 #include <cstdlib>
 #include <iterator>
-#include <limits>
 
 namespace {
 
@@ -241,26 +240,22 @@ void CleanEntries(Entries *entries) {
 }
 using EntriesOwner = std::unique_ptr<Entries, Closer<CleanEntries>>;
 
-// One record with its key for each row of a log; without rows there are none. 0, or -1 on failure.
+// Appends a record with its key for each row of a log. 0, or -1 on failure.
 template <typename Row>
-int EnumerateKeys(const Row *rows, int rowCount, const char *firstWord, R **records, int *count) {
+int AppendKeys(Entries &entries, const Row *rows, int rowCount, const char *firstWord) {
     const int used = UsedRows(rows, rowCount);
-    if (used == 0) {
-        return 0;
-    }
-    R *block = NewRecords<R>(used);
-    if (block == nullptr) {
+    if (used > 0 && !AppendRecords(entries.block, entries.count, used)) {
         return -1;
     }
+    R *added = entries.block + entries.count;
     for (int i = 0; i < used; ++i) {
-        FormatText(block[i].InstanceID, "%s_%d", firstWord, rows[i].RecordId);
+        FormatText(added[i].InstanceID, "%s_%d", firstWord, rows[i].RecordId);
     }
-    *records = block;
-    *count = used;
+    entries.count += used;
     return 0;
 }
 
-int Enum_LogEntry_Instance_SEL(std::uint32_t handle, R **records, int *count, int namesOnly) {
+int Enum_LogEntry_Instance_SEL(std::uint32_t handle, Entries &entries, int namesOnly) {
     SelRow *rows = nullptr;
     int rowCount = 0;
     const int result = zbr_oemdb_get_all_sel_rec(handle, &rowCount, &rows);
@@ -269,20 +264,21 @@ int Enum_LogEntry_Instance_SEL(std::uint32_t handle, R **records, int *count, in
         TRACE(TraceFailure, "Failed in zbr_oemdb_get_all_sel_rec");
         return -1;
     }
-    if (EnumerateKeys(rows, rowCount, sel_entry, records, count) != 0) {
+    const int before = entries.count;
+    if (AppendKeys(entries, rows, rowCount, sel_entry) != 0) {
         return -1;
     }
-    if (namesOnly == 0 && *count > 0) {
+    if (namesOnly == 0 && entries.count > before) {
         const SystemName systemName = ReadSystemName();
         const std::uint16_t language = LanguageOrEnglish();
-        for (int i = 0; i < *count; ++i) {
-            Fill_LogEntry_SEL((*records)[i], rows[i], systemName.text, language);
+        for (int i = before; i < entries.count; ++i) {
+            Fill_LogEntry_SEL(entries.block[i], rows[i - before], systemName.text, language);
         }
     }
     return 0;
 }
 
-int Enum_LogEntry_Instance_iEL(std::uint32_t handle, R **records, int *count, int namesOnly) {
+int Enum_LogEntry_Instance_iEL(std::uint32_t handle, Entries &entries, int namesOnly) {
     IelRow *rows = nullptr;
     int rowCount = 0;
     const int result = zbr_oemdb_get_all_iel_rec(handle, &rowCount, &rows);
@@ -291,38 +287,17 @@ int Enum_LogEntry_Instance_iEL(std::uint32_t handle, R **records, int *count, in
         TRACE(TraceFailure, "Failed in zbr_oemdb_get_all_iel_rec");
         return -1;
     }
-    if (EnumerateKeys(rows, rowCount, iel_entry, records, count) != 0) {
+    const int before = entries.count;
+    if (AppendKeys(entries, rows, rowCount, iel_entry) != 0) {
         return -1;
     }
-    if (namesOnly == 0 && *count > 0) {
+    if (namesOnly == 0 && entries.count > before) {
         const SystemName systemName = ReadSystemName();
-        for (int i = 0; i < *count; ++i) {
-            Fill_LogEntry_iEL((*records)[i], rows[i], systemName.text);
+        for (int i = before; i < entries.count; ++i) {
+            Fill_LogEntry_iEL(entries.block[i], rows[i - before], systemName.text);
         }
     }
     return 0;
-}
-
-// Appends the second records to the first and takes them over, with their texts. False without memory for it.
-bool Join(Entries &first, Entries &second) {
-    if (second.count == 0) {
-        return true;
-    }
-    const std::size_t before = static_cast<std::size_t>(first.count);
-    const std::size_t added = static_cast<std::size_t>(second.count);
-    constexpr std::size_t limit = std::min<std::size_t>(std::numeric_limits<int>::max(),
-                                                        std::numeric_limits<std::size_t>::max() / sizeof(R));
-    void *joined = added > limit - before ? nullptr : std::realloc(first.block, (before + added) * sizeof(R));
-    if (joined == nullptr) {
-        TRACE(TraceFailure, "memory allocation failed");
-        return false;
-    }
-    first.block = static_cast<R *>(joined);
-    std::memcpy(first.block + before, second.block, added * sizeof(R));
-    first.count += second.count;
-    std::free(second.block); // the texts have moved
-    second = {};
-    return true;
 }
 
 // --- One entry
@@ -346,9 +321,12 @@ int DeliverOne(const Row *row, int rowCount, const char *firstWord, R **records,
     if (row == nullptr || rowCount != 1) {
         return 0;
     }
-    if (EnumerateKeys(row, 1, firstWord, records, count) != 0) {
+    Entries entries;
+    if (AppendKeys(entries, row, 1, firstWord) != 0) {
         return -1;
     }
+    *records = entries.block;
+    *count = entries.count;
     fill(**records);
     return 0;
 }
@@ -418,28 +396,23 @@ int PH_OEM_Enum_LogEntry_Instance(R **records, int *count, int namesOnly) {
         TRACE(TraceFailure, "Failed to create handle for OEM DB Access");
         return -1;
     }
-    Entries sel;
-    const EntriesOwner selOwner{&sel};
-    Entries iel;
-    const EntriesOwner ielOwner{&iel};
-    if (Enum_LogEntry_Instance_SEL(handle, &sel.block, &sel.count, namesOnly) != 0 ||
-        Enum_LogEntry_Instance_iEL(handle, &iel.block, &iel.count, namesOnly) != 0 || !Join(sel, iel)) {
+    Entries entries;
+    const EntriesOwner owner{&entries};
+    if (Enum_LogEntry_Instance_SEL(handle, entries, namesOnly) != 0 ||
+        Enum_LogEntry_Instance_iEL(handle, entries, namesOnly) != 0) {
         return -1;
     }
-    *records = sel.block;
-    *count = sel.count;
-    sel = {};
+    *records = entries.block;
+    *count = entries.count;
+    entries = {};
     return 0;
 }
 
 void PH_OEM_Clean_LogEntry(R **records, int count) {
     TRACE(TraceProgress, "Entering %s", __func__);
     for (int i = 0; *records != nullptr && i < count; ++i) {
-        for (auto *list : {&(*records)[i].ProbableCauseDescription, &(*records)[i].RecommendedActions}) {
-            for (char *text : *list) {
-                std::free(text);
-            }
-        }
+        FreeTexts((*records)[i].ProbableCauseDescription);
+        FreeTexts((*records)[i].RecommendedActions);
     }
     std::free(*records);
     *records = nullptr;

@@ -82,19 +82,6 @@ void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &state
     }
 }
 
-void FreeTexts(char *(&texts)[64]) {
-    for (std::size_t i = 0; i < std::size(texts); ++i) {
-        // Few of the slots are used, and a gap is rare: one comparison of the rest with itself, one slot
-        // further on, tells whether all of it is empty.
-        if (texts[i] == nullptr &&
-            std::memcmp(texts + i, texts + i + 1, (std::size(texts) - 1 - i) * sizeof *texts) == 0) {
-            return;
-        }
-        std::free(texts[i]);
-        texts[i] = nullptr;
-    }
-}
-
 std::uint8_t ReadRaw(IpmiSession *session, const FullSdrRow &row) {
     std::uint8_t reading = 0;
     const int result =

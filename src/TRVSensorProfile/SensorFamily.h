@@ -72,9 +72,6 @@ struct PossibleStates {
 // stays out, with a trace line.
 void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &states);
 
-// Frees the texts of a list of 64.
-void FreeTexts(char *(&texts)[64]);
-
 // The head of a record: the record itself, or its first member.
 inline NumericSensorRecord &SensorOf(NumericSensorRecord &record) {
     return record;

@@ -25,6 +25,46 @@ R *NewRecords(int count, const char *file = __builtin_FILE(), int line = __built
     return records;
 }
 
+// A block with room for `number` records in place of the given one, whose records it has; or NULL, and the given
+// one stays.
+template <typename R> R *ResizeRecords(R *block, std::size_t number) {
+    constexpr std::size_t limit = std::min<std::size_t>(INT_MAX, SIZE_MAX / sizeof(R));
+    return number > limit ? nullptr : static_cast<R *>(std::realloc(block, number * sizeof(R)));
+}
+
+// Makes room for `more` zeroed records behind the first `count` of a block, which may move. False with a trace
+// line, and the block as it was.
+template <typename R>
+bool AppendRecords(R *&block, int count, int more, const char *file = __builtin_FILE(),
+                   int line = __builtin_LINE()) {
+    if (count == 0) {
+        block = NewRecords<R>(more, file, line);
+        return block != nullptr;
+    }
+    const auto added = static_cast<std::size_t>(more);
+    R *grown = ResizeRecords(block, static_cast<std::size_t>(count) + added);
+    if (grown == nullptr) {
+        TRACE_FROM(file, line, TraceFailure, "memory allocation failed");
+        return false;
+    }
+    block = grown;
+    std::memset(static_cast<void *>(block + count), 0, added * sizeof(R));
+    return true;
+}
+
+// Frees the texts that a record owns, and empties their list. Few of its slots are used, and a gap among them
+// is rare: at an empty one, a comparison of the rest with itself, one slot further on, tells whether all of it
+// is empty.
+template <std::size_t N> void FreeTexts(char *(&texts)[N]) {
+    for (std::size_t i = 0; i < N; ++i) {
+        if (texts[i] == nullptr && std::memcmp(texts + i, texts + i + 1, (N - 1 - i) * sizeof *texts) == 0) {
+            return;
+        }
+        std::free(texts[i]);
+        texts[i] = nullptr;
+    }
+}
+
 // Records that are found one by one. The block grows by doubling, so that a long list costs no more for each
 // record than a short one.
 template <typename R> struct RecordList {
@@ -39,14 +79,13 @@ R *AppendRecord(RecordList<R> &list, const char *failure = "memory allocation fa
                 const char *file = __builtin_FILE(), int line = __builtin_LINE()) {
     if (list.count == list.capacity) {
         const std::size_t capacity = list.capacity == 0 ? 4 : static_cast<std::size_t>(list.capacity) * 2;
-        constexpr std::size_t limit = std::min<std::size_t>(INT_MAX, SIZE_MAX / sizeof(R));
-        void *grown = capacity > limit ? nullptr : std::realloc(list.block.get(), capacity * sizeof(R));
+        R *grown = ResizeRecords(list.block.get(), capacity);
         if (grown == nullptr) {
             TRACE_FROM(file, line, TraceFailure, "%s", failure);
             return nullptr;
         }
         static_cast<void>(list.block.release()); // realloc took it over
-        list.block.reset(static_cast<R *>(grown));
+        list.block.reset(grown);
         list.capacity = static_cast<int>(capacity);
     }
     R *record = list.block.get() + list.count++;
