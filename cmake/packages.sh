@@ -1,7 +1,8 @@
 # Debian packages that the build needs, and how a missing one gets installed. Sourced by ./run and ./check.
 
 packages_to_build="g++ cmake ninja-build libsqlite3-dev libcli11-dev libfmt-dev nlohmann-json3-dev"
-packages_to_check="$packages_to_build git libexpat1-dev libgtest-dev googletest clang-format clang-tidy cppcheck python3 procps"
+packages_to_bench="$packages_to_build libbenchmark-dev valgrind python3 binutils g++-arm-linux-gnueabihf"
+packages_to_check="$packages_to_bench git libexpat1-dev libgtest-dev googletest clang-format clang-tidy cppcheck procps"
 # The 32-bit ARM build, and the fuzzing engine.
 packages_to_check="$packages_to_check g++-arm-linux-gnueabihf qemu-user clang-14 libclang-rt-14-dev"
 

@@ -144,9 +144,7 @@ int PH_OEM_Enum_PSRedundancySet_Instance(R **records, int *count, int namesOnly)
 void PH_OEM_Clean_PSRedundancySet(R **records, int count) {
     TRACE(TraceProgress, "Entering %s", __func__);
     for (int i = 0; *records != nullptr && i < count; ++i) {
-        for (char *text : (*records)[i].OtherTypeOfSet) {
-            std::free(text);
-        }
+        FreeTexts((*records)[i].OtherTypeOfSet);
     }
     std::free(*records);
     *records = nullptr;

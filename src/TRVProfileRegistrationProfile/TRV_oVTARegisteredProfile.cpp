@@ -52,7 +52,8 @@ void FillRecord(R &record, const Row &row) {
     // The whole field, so that a row of more numbers than usual ends behind its last one; what doesn't fit is
     // dropped.
     std::ranges::fill(record.AdvertiseTypes, -1);
-    FillValueList("AdvertiseTypes", row.AdvertiseTypes, record.AdvertiseTypes, std::size(record.AdvertiseTypes));
+    FillValueList("AdvertiseTypes", row.AdvertiseTypes, record.AdvertiseTypes,
+                  std::size(record.AdvertiseTypes));
     if (std::strcmp(record.RegisteredName, view_profile) == 0) {
         std::ranges::copy(view_features, record.ImplementedFeatures);
     }

@@ -106,7 +106,6 @@ void FillValueList(const char *name, const char (&field)[N], std::int32_t *list,
     FillValueList(name, EndedText(field, copy), list, max);
 }
 
-
 // --- Status
 
 // Sets `rc` and the message.

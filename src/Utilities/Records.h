@@ -25,15 +25,15 @@ R *NewRecords(int count, const char *file = __builtin_FILE(), int line = __built
     return records;
 }
 
-// A block with room for `number` records in place of the given one, whose records it has; or NULL, and the given
-// one stays.
+// A block with room for `number` records in place of the given one, whose records it has; or NULL, and the
+// given one stays.
 template <typename R> R *ResizeRecords(R *block, std::size_t number) {
     constexpr std::size_t limit = std::min<std::size_t>(INT_MAX, SIZE_MAX / sizeof(R));
     return number > limit ? nullptr : static_cast<R *>(std::realloc(block, number * sizeof(R)));
 }
 
-// Makes room for `more` zeroed records behind the first `count` of a block, which may move. False with a trace
-// line, and the block as it was.
+// Makes room for `more` zeroed records behind the first `count` of a block, which may move. False with a
+// trace line, and the block as it was.
 template <typename R>
 bool AppendRecords(R *&block, int count, int more, const char *file = __builtin_FILE(),
                    int line = __builtin_LINE()) {
@@ -53,8 +53,8 @@ bool AppendRecords(R *&block, int count, int more, const char *file = __builtin_
 }
 
 // Frees the texts that a record owns, and empties their list. Few of its slots are used, and a gap among them
-// is rare: at an empty one, a comparison of the rest with itself, one slot further on, tells whether all of it
-// is empty.
+// is rare: at an empty one, a comparison of the rest with itself, one slot further on, tells whether all of
+// it is empty.
 template <std::size_t N> void FreeTexts(char *(&texts)[N]) {
     for (std::size_t i = 0; i < N; ++i) {
         if (texts[i] == nullptr && std::memcmp(texts + i, texts + i + 1, (N - 1 - i) * sizeof *texts) == 0) {

@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <cstring>
 
-// Copies at most size - 1 characters of a text that may fill its field of `limit` bytes without a NUL. Nothing
-// is written behind the copy's NUL: records are zeroed when they are made.
+// Copies at most size - 1 characters of a text that may fill its field of `limit` bytes without a NUL.
+// Nothing is written behind the copy's NUL: records are zeroed when they are made.
 void CopyBounded(char *destination, std::size_t size, const char *source, std::size_t limit);
 
 // From a row's field to a record's field.
