@@ -11,7 +11,7 @@ using namespace bench;
 void AllClasses(benchmark::State &state) {
     static const broker::BrokerPointer broker = OpenBroker(DEFAULT_LIBRARY_FOLDER);
     static const std::vector<std::string> classes = ServedClasses(*broker);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const std::string &className : classes) {
             Enumerate(*broker, className);
         }

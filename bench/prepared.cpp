@@ -70,8 +70,8 @@ SelRow NewSelRow(int row) {
     Fill(entry.Message, "'DIMM-1A': Memory module failed (disabled)");
     Fill(entry.Summary, "A memory module was switched off because it had an error that can't be corrected.");
     Fill(entry.Causes, "The memory module is defect");
-    std::strcpy(entry.Resolutions, "Replace the memory module");
-    std::strcpy(entry.Resolutions + std::strlen(entry.Resolutions) + 1, "Look for a loose module");
+    constexpr char resolutions[] = "Replace the memory module\0Look for a loose module";
+    std::copy_n(resolutions, sizeof resolutions, entry.Resolutions);
     return entry;
 }
 
@@ -329,7 +329,7 @@ int ZBR_CIM_GetConfigSpaceVariables(IpmiSession *, uint16_t id, uint8_t index, u
     }
     constexpr char text[] = "some-text.example";
     *length = std::min<std::uint16_t>(*length, sizeof text - 1);
-    std::memcpy(buffer, text, *length);
+    std::copy_n(text, *length, static_cast<char *>(buffer));
     return 0;
 }
 

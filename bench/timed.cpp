@@ -22,9 +22,13 @@ void Grow(benchmark::State &state, const std::string &className, Operation opera
     const int rows = static_cast<int>(state.range(0));
     PrepareRows(rows, className);
     const IdleRequest request = NewIdleRequest({}, false);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         CallOperation(library, className, operation, request);
     }
+}
+
+void Rows(benchmark::internal::Benchmark *grow) {
+    grow->RangeMultiplier(10)->Range(100, 100'000);
 }
 
 // Whole requests of all measured classes, in turn.
@@ -34,7 +38,7 @@ void Mix(benchmark::State &state) {
         return OpenBroker(Folder());
     }();
     const std::vector<MeasuredClass> classes = MeasuredClasses(20);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const MeasuredClass &measured : classes) {
             Enumerate(*broker, "TRV_oVTA" + measured.name);
         }
@@ -42,25 +46,14 @@ void Mix(benchmark::State &state) {
     state.SetItemsProcessed(static_cast<std::int64_t>(classes.size()) * state.iterations());
 }
 
-void RegisterGrowth() {
-    for (const char *className : growing_classes) {
-        for (const Operation operation : {Operation::EnumerateInstances, Operation::EnumerateInstanceNames}) {
-            const std::string name = std::string("Grow/") + className + "/" + ShortName(operation);
-            benchmark::RegisterBenchmark(name.c_str(),
-                                         [=](benchmark::State &state) { Grow(state, className, operation); })
-                ->RangeMultiplier(10)
-                ->Range(100, 100'000);
-        }
-    }
-}
-
 } // namespace
 
+// clang-format off
+BENCHMARK_CAPTURE(Grow, LogEntry/EI, "LogEntry", Operation::EnumerateInstances)->Apply(Rows);
+BENCHMARK_CAPTURE(Grow, LogEntry/EIN, "LogEntry", Operation::EnumerateInstanceNames)->Apply(Rows);
+BENCHMARK_CAPTURE(Grow, RegisteredProfile/EI, "RegisteredProfile", Operation::EnumerateInstances)->Apply(Rows);
+BENCHMARK_CAPTURE(Grow, RegisteredProfile/EIN, "RegisteredProfile", Operation::EnumerateInstanceNames)->Apply(Rows);
+// clang-format on
 BENCHMARK(Mix)->Threads(1)->Threads(2)->UseRealTime();
 
-int main(int argc, char **argv) {
-    RegisterGrowth();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}
+BENCHMARK_MAIN();

@@ -78,7 +78,7 @@ void ReadStatus(Server &server) {
         Zbr_CimIpmi_GetBaseSrvStatus(led, server.status, sizeof server.status);
         Ended(server.status);
     } else {
-        std::strcpy(server.status, "Unknown");
+        Format(server.status, "Unknown");
     }
 }
 
@@ -113,7 +113,7 @@ void ReadSerialNumber(Server &server) {
     std::uint32_t handle = 0;
     FruRow *row = nullptr;
     if (db_init(&handle) == 0 && db_get_fru_info(handle, 2, 0, 0, 0, &row) == 0 && row != nullptr) {
-        std::strcpy(server.serialNumber, Ended(row->ProductSerialNumber));
+        std::memcpy(server.serialNumber, Ended(row->ProductSerialNumber), sizeof server.serialNumber);
     }
     std::free(row);
     db_close(handle);

@@ -52,7 +52,7 @@ void ReadServerName(char (&name)[256]) {
     if (db_init(&handle) == 0 && db_get_all_fru_info(handle, &count, &rows) == 0) {
         for (int i = 0; rows != nullptr && i < count; ++i) {
             if (rows[i].EntityId == 23 || rows[i].EntityId == 24) {
-                std::strcpy(name, Ended(rows[i].ProductSerialNumber));
+                std::memcpy(name, Ended(rows[i].ProductSerialNumber), sizeof name);
                 break;
             }
         }
@@ -60,7 +60,7 @@ void ReadServerName(char (&name)[256]) {
     std::free(rows);
     db_close(handle);
     if (name[0] == '\0') {
-        std::strcpy(name, "- unknown -");
+        Format(name, "- unknown -");
     }
 }
 

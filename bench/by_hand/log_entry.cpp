@@ -58,7 +58,7 @@ void ReadTexts(const IelRow &row, RowTexts &texts) {
 }
 
 bool GrowTexts(Log &log) {
-    const auto count = static_cast<std::size_t>(log.selCount + log.ielCount);
+    const auto count = static_cast<std::size_t>(log.selCount) + static_cast<std::size_t>(log.ielCount);
     auto *texts = static_cast<RowTexts *>(std::realloc(log.texts, count * sizeof(RowTexts)));
     log.texts = texts != nullptr ? texts : log.texts;
     return texts != nullptr;
@@ -240,7 +240,7 @@ bool ReturnName(const CMPIBroker *broker, const CMPIObjectPath *cop, const CMPIR
     return true;
 }
 
-// The one entry of a log that a key names.
+// The one entry of a log that a key names, or none.
 struct OneEntry {
     Block<SelRow> selRow;
     Block<IelRow> ielRow;
@@ -248,28 +248,46 @@ struct OneEntry {
     char server[256];
 };
 
-bool ReadEntry(std::uint32_t handle, const char *key, OneEntry &entry) {
+void ReadSelEntry(std::uint32_t handle, std::int32_t recordId, OneEntry &entry) {
+    SelRow *row = nullptr;
     int count = 0;
-    bool isRead = false;
-    int recordId = 0;
-    if (std::sscanf(key, "LogMessage_%d", &recordId) == 1) {
-        SelRow *row = nullptr;
-        isRead = zbr_oemdb_get_sel_rec(handle, recordId, &count, &row) == 0 && count == 1 && row != nullptr;
-        entry.selRow.reset(row);
-        if (isRead) {
-            ReadServerName(entry.server);
-            ReadTexts(*row, ReadLanguage(), entry.texts);
-        }
-    } else if (std::sscanf(key, "InternalEventLog_%d", &recordId) == 1) {
-        IelRow *row = nullptr;
-        isRead = zbr_oemdb_get_iel_rec(handle, recordId, &count, &row) == 0 && count == 1 && row != nullptr;
-        entry.ielRow.reset(row);
-        if (isRead) {
-            ReadServerName(entry.server);
-            ReadTexts(*row, entry.texts);
+    const bool isRead = zbr_oemdb_get_sel_rec(handle, recordId, &count, &row) == 0 && count == 1;
+    entry.selRow.reset(row);
+    if (!isRead || row == nullptr) {
+        entry.selRow.reset();
+        return;
+    }
+    ReadServerName(entry.server);
+    ReadTexts(*row, ReadLanguage(), entry.texts);
+}
+
+void ReadIelEntry(std::uint32_t handle, std::int32_t recordId, OneEntry &entry) {
+    IelRow *row = nullptr;
+    int count = 0;
+    const bool isRead = zbr_oemdb_get_iel_rec(handle, recordId, &count, &row) == 0 && count == 1;
+    entry.ielRow.reset(row);
+    if (!isRead || row == nullptr) {
+        entry.ielRow.reset();
+        return;
+    }
+    ReadServerName(entry.server);
+    ReadTexts(*row, entry.texts);
+}
+
+bool ReadEntry(CMPIString *key, OneEntry &entry) {
+    std::uint32_t handle = 0;
+    const bool isOpen = zbr_oemdb_init(&handle) == 0;
+    if (isOpen) {
+        const char *text = CMGetCharsPtr(key, nullptr);
+        int recordId = 0;
+        if (std::sscanf(text, "LogMessage_%d", &recordId) == 1) {
+            ReadSelEntry(handle, recordId, entry);
+        } else if (std::sscanf(text, "InternalEventLog_%d", &recordId) == 1) {
+            ReadIelEntry(handle, recordId, entry);
         }
     }
-    return isRead;
+    zbr_oemdb_close(handle);
+    return entry.selRow != nullptr || entry.ielRow != nullptr;
 }
 
 } // namespace
@@ -280,22 +298,18 @@ EXPORTED void PH_OEM_GI_LogEntry(const CMPIBroker *broker, const CMPIContext *, 
     CMPIString *key = nullptr;
     OneEntry entry;
     bool isDone = false;
-    if (ReadKeys(cop, names, &key, 1)) {
-        std::uint32_t handle = 0;
-        const bool isRead =
-            zbr_oemdb_init(&handle) == 0 && ReadEntry(handle, CMGetCharsPtr(key, nullptr), entry);
-        zbr_oemdb_close(handle);
-        if (isRead) {
-            // The whole key, of which only the record id was looked at.
-            const char *id = CMGetCharsPtr(key, nullptr);
-            char expected[64];
-            Format(expected, entry.selRow != nullptr ? "LogMessage_%d" : "InternalEventLog_%d",
-                   entry.selRow != nullptr ? entry.selRow->RecordId : entry.ielRow->RecordId);
-            isDone =
-                std::strcmp(id, expected) == 0 &&
-                (entry.selRow != nullptr
-                     ? ReturnEntry(broker, cop, properties, rslt, *entry.selRow, entry.texts, entry.server)
-                     : ReturnEntry(broker, cop, properties, rslt, *entry.ielRow, entry.texts, entry.server));
+    if (ReadKeys(cop, names, &key, 1) && ReadEntry(key, entry)) {
+        // The whole key, of which only the record id was looked at.
+        const char *id = CMGetCharsPtr(key, nullptr);
+        char expected[64];
+        if (entry.selRow != nullptr) {
+            Format(expected, "LogMessage_%d", entry.selRow->RecordId);
+            isDone = std::strcmp(id, expected) == 0 &&
+                     ReturnEntry(broker, cop, properties, rslt, *entry.selRow, entry.texts, entry.server);
+        } else if (entry.ielRow != nullptr) {
+            Format(expected, "InternalEventLog_%d", entry.ielRow->RecordId);
+            isDone = std::strcmp(id, expected) == 0 &&
+                     ReturnEntry(broker, cop, properties, rslt, *entry.ielRow, entry.texts, entry.server);
         }
     }
     if (!isDone) {

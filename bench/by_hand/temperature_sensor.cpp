@@ -10,7 +10,7 @@ namespace {
 
 constexpr char class_name[] = "TRV_oVTATemperatureSensor";
 constexpr char system_class[] = "TRV_oVTABaseServer";
-constexpr int state_size = 64;
+constexpr std::size_t state_size = 64;
 
 // What is read of a sensor before its instance is made.
 struct Reading {
@@ -59,7 +59,8 @@ void ReadSensor(IpmiSession *session, FullSdrRow &row, Reading &reading) {
             static_cast<char *>(std::calloc(static_cast<std::size_t>(states), state_size));
     }
     for (int i = 0; reading.possibleStates != nullptr && i < states && i < 64; ++i) {
-        Zbr_CimIpmi_GetTmpSensorPossibleState(i, reading.possibleStates + i * state_size, state_size);
+        Zbr_CimIpmi_GetTmpSensorPossibleState(
+            i, reading.possibleStates + state_size * static_cast<unsigned>(i), state_size);
         ++reading.possibleStateCount;
     }
     std::uint8_t raw = 0;
@@ -76,7 +77,7 @@ void ReadSensor(IpmiSession *session, FullSdrRow &row, Reading &reading) {
     reading.upperCritical = Convert(row, offset, scale, row.UpperThresholdCritical);
     reading.current = Convert(row, offset, scale, raw);
     if (state == 255) {
-        std::strcpy(reading.state, "Unknown");
+        Format(reading.state, "Unknown");
     } else {
         Zbr_CimIpmi_GetTmpCurrentState(state, reading.state, sizeof reading.state);
     }
