@@ -184,15 +184,13 @@ def growth(build, rows=ROWS):
 # --- Size
 
 
-def sections_of(library):
+def sections_of(library, strip):
     text, data, bss = map(int, run("size", library).splitlines()[1].split()[:3])
-    relocations = run("readelf", "--relocs", "--wide", library)
-    number = sum(map(int, re.findall(r"contains (\d+) entr", relocations)))
+    relocations = sum(map(int, re.findall(r"contains (\d+) entr", run("readelf", "--relocs", "--wide", library))))
     exported = len(run("nm", "-D", "--defined-only", library).splitlines())
     stripped = library + ".stripped"
-    run("strip", "-o", stripped, library) if "arm" not in library else run(
-        "arm-linux-gnueabihf-strip", "-o", stripped, library)
-    return text, data, bss, number, exported, os.path.getsize(stripped)
+    run(strip, "-o", stripped, library)
+    return text, data, bss, relocations, exported, os.path.getsize(stripped)
 
 
 def build_library(source, folder, *options):
@@ -220,14 +218,13 @@ def size(build):
     folder = f"{build}/bench/sizes"
     rows = []
     toolchain = f"-DCMAKE_TOOLCHAIN_FILE={source}/cmake/arm-linux-gnueabihf.cmake"
-    for processor, options in (("x86-64", []), ("arm", [toolchain])):
-        if processor == "arm":
-            run(f"{source}/cmake/arm-sysroot")
+    run(f"{source}/cmake/arm-sysroot")
+    for processor, strip, options in (("x86-64", "strip", []), ("arm", "arm-linux-gnueabihf-strip", [toolchain])):
         for level in ("-Os", "-O2"):
             library = build_library(source, f"{folder}/{processor}{level}",
                                     f"-DCMAKE_CXX_FLAGS_MINSIZEREL={level} -DNDEBUG -Wno-error=array-bounds"
                                     " -Wno-error=stringop-overread", *options)
-            rows.append([f"{processor} {level}", *sections_of(library)])
+            rows.append([f"{processor} {level}", *sections_of(library, strip)])
     print(f"Size of the class library in bytes (target: {SIZE_TARGET:,} stripped, x86-64 -Os, with all classes)\n")
     table(["", "text", "data", "bss", "relocations", "exported", "stripped"], rows)
     if rows[0][-1] > SIZE_TARGET:

@@ -308,7 +308,8 @@ int LIBIPMI_HL_GetIPv4Address(IpmiSession *, uint32_t *address, int channel, int
 
 int CIM_Get_MACAddress(IpmiSession *, uint8_t *address, uint8_t channel, int timeout) {
     const BackEnd call("CIM_Get_MACAddress %d %d", channel, timeout);
-    std::memcpy(address, "\x02\x00\x5E\x10\x00\x01", 6);
+    constexpr std::uint8_t documented[] = {0x02, 0x00, 0x5E, 0x10, 0x00, 0x01};
+    std::memcpy(address, documented, sizeof documented);
     return 0;
 }
 
