@@ -35,6 +35,11 @@ TEST_F(RegisteredProfile, AdvertiseTypesIsAListOfNumbers) {
         {" 2, 3", "{2, 3}"},
         {"", "NULL"},
         {",3", "{3}"},
+        {"2,,3,", "{2, 3}"}, // empty tokens leave no place
+        {"2 or 3,4", "{2, 4}"},
+        {"many,3", "{0, 3}"},
+        {"-1,3", "NULL"},           // a negative number ends a list
+        {"99999999999", "{65535}"}, // cut to 32 bits, and those to 16
         {"2,3,4,5", "{2, 3, 4, 5}"},
         {"1,2,3,4,5,6,7,8,9", "{1, 2, 3, 4, 5, 6, 7, 8}"}, // no room for more
     };
