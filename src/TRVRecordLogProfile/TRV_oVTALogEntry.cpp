@@ -140,8 +140,8 @@ void Split_LogEntry_TextList(char *(&slots)[16], std::span<const char> textList)
     }
 }
 
-// The entry's message in another language, in place of the English one.
-void TranslateMessage(IpmiSession *session, const SelRow &row, std::uint16_t language, char (&message)[513]) {
+// The entry's message in another language; false when there is none.
+bool TranslateMessage(IpmiSession *session, const SelRow &row, std::uint16_t language, char (&message)[513]) {
     char translated[256] = {};
     std::uint16_t length = sizeof translated;
     const int result = ZBR_CIM_InterpretSELEntryAsText(session, static_cast<std::uint16_t>(row.RecordId),
@@ -149,10 +149,11 @@ void TranslateMessage(IpmiSession *session, const SelRow &row, std::uint16_t lan
     if (result != 0) {
         TRACE(TraceFailure, "ZBR_CIM_InterpretSELEntryAsText failed id=%d ret=0x%x", row.RecordId,
               static_cast<unsigned>(result));
-        return;
+        return false;
     }
     EndText(translated);
     SetText(message, translated);
+    return true;
 }
 
 // A text or text list of the row: the row's own without a session, and where there is no translation.
@@ -198,10 +199,10 @@ void Fill_LogEntry_SEL(R &record, const SelRow &row, const char *systemName, std
             TRACE(TraceFailure, "Failed to create session handler");
         }
     }
-    char message[sizeof row.Message + 1];
-    CopyText(message, row.Message);
-    if (translator.session != nullptr) {
-        TranslateMessage(&session, row, language, message);
+    char buffer[sizeof row.Message + 1];
+    const char *message = EndedText(row.Message, buffer);
+    if (translator.session != nullptr && TranslateMessage(&session, row, language, buffer)) {
+        message = buffer;
     }
     FormatText(record.RecordData, "*%s*%x*%s*%s", severity.text, row.ErrorCode, replaceable.text, message);
     SetText(record.Message, message);
