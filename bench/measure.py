@@ -140,7 +140,8 @@ ROWS = (100, 1000, 10000, 100000)
 
 
 def timed(build, pattern, library=None, repetitions=1):
-    """Median real time in nanoseconds and operations per second, by the name of the benchmark."""
+    """Median real time in nanoseconds, operations per second and processor time in nanoseconds, by the name of the
+    benchmark."""
     program = f"{build}/bench/{'mixed' if pattern == 'AllClasses' else 'timed'}"
     environment = os.environ | {"VCH_BENCH_LIBRARY": library or f"{build}/lib"}
     output = run(program, f"--benchmark_filter={pattern}", "--benchmark_format=json",
@@ -149,8 +150,9 @@ def timed(build, pattern, library=None, repetitions=1):
     for line in json.loads(output)["benchmarks"]:
         if line["run_type"] == "aggregate" if repetitions > 1 else True:
             if line.get("aggregate_name", "median") == "median":
-                nanoseconds = line["real_time"] * {"ns": 1, "us": 1e3, "ms": 1e6}[line["time_unit"]]
-                found[line["run_name"]] = (nanoseconds, line.get("items_per_second", 0))
+                unit = {"ns": 1, "us": 1e3, "ms": 1e6}[line["time_unit"]]
+                found[line["run_name"]] = (line["real_time"] * unit, line.get("items_per_second", 0),
+                                           line["cpu_time"] * unit)
     return found
 
 
@@ -274,10 +276,11 @@ def threads(build):
         for pattern, what in (("Mix", "measured classes, prepared back ends"),
                               ("AllClasses", "all classes, stand-ins")):
             found = timed(build, pattern, repetitions=9)
-            one, two = (next(v[1] for k, v in found.items() if k.endswith(f"threads:{n}")) for n in (1, 2))
-            rows.append([what, f"{one:,.0f}", f"{two:,.0f}", f"{two / one:.2f}"])
-            results.setdefault("threads", []).append({"load": what, "one": one, "two": two})
-    table(["", "one thread", "two", "ratio"], rows)
+            one, two = (next(v for k, v in found.items() if k.endswith(f"threads:{n}")) for n in (1, 2))
+            rows.append([what, f"{one[1]:,.0f}", f"{two[1]:,.0f}", f"{two[1] / one[1]:.2f}", f"{two[2] / one[2]:.2f}"])
+            results.setdefault("threads", []).append({"load": what, "one": one[1], "two": two[1],
+                                                      "processor time": two[2] / one[2]})
+    table(["", "one thread", "two", "ratio", "processor time of each"], rows)
     load = os.getloadavg()[0]
     print(f"The load of the machine was {load:.1f} on {os.cpu_count()} processors: above the threads of this, the ratio"
           " says little.\n")

@@ -24,7 +24,10 @@ struct Log {
     int ielCount = 0;
     char selServer[256];
     char ielServer[256];
-    Log() = default;
+    Log() {
+        selServer[0] = '\0';
+        ielServer[0] = '\0';
+    }
     Log(const Log &) = delete;
     Log &operator=(const Log &) = delete;
     ~Log() {
