@@ -34,12 +34,12 @@ TUNABLES = "glibc.cpu.x86_rep_stosb_threshold=1000000000:glibc.cpu.x86_rep_movsb
 # is long, and its texts of possible states are blocks of their own.
 KNOWN = {
     "frame, alone, RegisteredProfile GI": 5.37,
-    "frame, alone, TemperatureSensor GI": 3.60,
+    "frame, alone, TemperatureSensor GI": 3.74,
     "frame, alone, TemperatureSensor EIN": 4.29,
     "frame, alone, RegisteredProfile EIN": 2.56,
     "frame, whole, RegisteredProfile GI": 1.27,
     "frame, whole, RegisteredProfile EI": 1.11,
-    "frame, whole, TemperatureSensor GI": 1.34,
+    "frame, whole, TemperatureSensor GI": 1.37,
     "frame, whole, TemperatureSensor EI": 1.17,
     "frame, whole, TemperatureSensor EIN": 1.12,
     "frame, whole, LogEntry EIN": 1.16,

@@ -67,9 +67,8 @@ void SetThresholds(NumericSensorRecord &record, const char *codes) {
 void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &states) {
     int number = states.number();
     for (int i = 0; i < number && i < static_cast<int>(std::size(record.PossibleStates)); ++i) {
-        auto *slot = static_cast<char *>(std::malloc(static_cast<std::size_t>(states.size)));
+        auto *slot = static_cast<char *>(std::calloc(1, static_cast<std::size_t>(states.size)));
         if (slot != nullptr) {
-            slot[0] = '\0';
             states.text(i, slot, states.size);
             slot[states.size - 1] = '\0';
             record.PossibleStates[i] = slot;

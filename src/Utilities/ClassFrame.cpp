@@ -362,10 +362,6 @@ bool SetProperties(const RecordTable &table, const CMPIBroker *broker, const CMP
     return true;
 }
 
-} // namespace
-
-namespace {
-
 // The number of elements of an array's field: of all that it has room for, or of those that are used.
 int ElementsAt(const void *record, const PropertyColumn &property) {
     const bool isList = (property.flags & PH_OEM_PROP_TERMINATED) != 0 && property.type == CMPI_uint16A;
