@@ -84,18 +84,6 @@ std::uint16_t LanguageOrEnglish() {
     return language;
 }
 
-// The base server's name, or a text that says that there is none.
-struct SystemName {
-    char text[256];
-};
-SystemName ReadSystemName() {
-    SystemName name{};
-    if (PH_OEM_GetBaseServerName(name.text, sizeof name.text) != 0) {
-        SetText(name.text, "*Failed to get system name*");
-    }
-    return name;
-}
-
 // --- Filling a record
 
 // What both kinds of rows have, but for the texts; the same flags mean the same in both.
@@ -227,6 +215,58 @@ void Fill_LogEntry_iEL(R &record, const IelRow &row, const char *systemName) {
     SetLocale(record.Locale, row.LanguageCode);
 }
 
+// --- The two logs
+
+// What all entries of an answer share.
+struct Shared {
+    char systemName[256];
+    std::uint16_t language;
+};
+
+// What sets one log apart from the other: how its rows are got, and what they become.
+template <typename Row> struct Log {
+    const char *firstWord; // of the keys
+    int (*getAll)(std::uint32_t handle, int *count, Row **rows);
+    int (*getOne)(std::uint32_t handle, std::int32_t recordId, int *count, Row **row);
+    const char *getAllFailed; // trace lines
+    const char *getOneFailed;
+    bool isTranslated; // entries are in the language of the setting, and not each in its own
+    void (*fill)(R &record, const Row &row, const Shared &shared);
+};
+
+constexpr Log<SelRow> sel_log = {
+    .firstWord = sel_entry,
+    .getAll = zbr_oemdb_get_all_sel_rec,
+    .getOne = zbr_oemdb_get_sel_rec,
+    .getAllFailed = "Failed in zbr_oemdb_get_all_sel_rec",
+    .getOneFailed = "Failed in zbr_oemdb_get_sel_rec",
+    .isTranslated = true,
+    .fill = [](R &record, const SelRow &row,
+               const Shared &shared) { Fill_LogEntry_SEL(record, row, shared.systemName, shared.language); },
+};
+constexpr Log<IelRow> iel_log = {
+    .firstWord = iel_entry,
+    .getAll = zbr_oemdb_get_all_iel_rec,
+    .getOne = zbr_oemdb_get_iel_rec,
+    .getAllFailed = "Failed in zbr_oemdb_get_all_iel_rec",
+    .getOneFailed = "Failed in zbr_oemdb_get_iel_rec",
+    .isTranslated = false,
+    .fill = [](R &record, const IelRow &row,
+               const Shared &shared) { Fill_LogEntry_iEL(record, row, shared.systemName); },
+};
+
+// Fills records that have their keys, each from its row.
+template <typename Row> void FillEntries(const Log<Row> &log, R *records, const Row *rows, int count) {
+    Shared shared;
+    if (PH_OEM_GetBaseServerName(shared.systemName, sizeof shared.systemName) != 0) {
+        SetText(shared.systemName, "*Failed to get system name*");
+    }
+    shared.language = log.isTranslated ? LanguageOrEnglish() : english;
+    for (int i = 0; i < count; ++i) {
+        log.fill(records[i], rows[i], shared);
+    }
+}
+
 // --- Enumerating
 
 // Records that aren't handed over yet, with the texts that they own.
@@ -256,49 +296,33 @@ int AppendKeys(Entries &entries, const Row *rows, int rowCount, const char *firs
     return 0;
 }
 
-int Enum_LogEntry_Instance_SEL(std::uint32_t handle, Entries &entries, int namesOnly) {
-    SelRow *rows = nullptr;
+// Appends the entries of a log. 0, or -1 on failure.
+template <typename Row>
+int EnumerateLog(const Log<Row> &log, std::uint32_t handle, Entries &entries, int namesOnly) {
+    Row *rows = nullptr;
     int rowCount = 0;
-    const int result = zbr_oemdb_get_all_sel_rec(handle, &rowCount, &rows);
-    const Block<SelRow> rowsOwner{rows};
+    const int result = log.getAll(handle, &rowCount, &rows);
+    const Block<Row> rowsOwner{rows};
     if (result != 0) {
-        TRACE(TraceFailure, "Failed in zbr_oemdb_get_all_sel_rec");
+        TRACE(TraceFailure, "%s", log.getAllFailed);
         return -1;
     }
     const int before = entries.count;
-    if (AppendKeys(entries, rows, rowCount, sel_entry) != 0) {
+    if (AppendKeys(entries, rows, rowCount, log.firstWord) != 0) {
         return -1;
     }
     if (namesOnly == 0 && entries.count > before) {
-        const SystemName systemName = ReadSystemName();
-        const std::uint16_t language = LanguageOrEnglish();
-        for (int i = before; i < entries.count; ++i) {
-            Fill_LogEntry_SEL(entries.block[i], rows[i - before], systemName.text, language);
-        }
+        FillEntries(log, entries.block + before, rows, entries.count - before);
     }
     return 0;
 }
 
+int Enum_LogEntry_Instance_SEL(std::uint32_t handle, Entries &entries, int namesOnly) {
+    return EnumerateLog(sel_log, handle, entries, namesOnly);
+}
+
 int Enum_LogEntry_Instance_iEL(std::uint32_t handle, Entries &entries, int namesOnly) {
-    IelRow *rows = nullptr;
-    int rowCount = 0;
-    const int result = zbr_oemdb_get_all_iel_rec(handle, &rowCount, &rows);
-    const Block<IelRow> rowsOwner{rows};
-    if (result != 0) {
-        TRACE(TraceFailure, "Failed in zbr_oemdb_get_all_iel_rec");
-        return -1;
-    }
-    const int before = entries.count;
-    if (AppendKeys(entries, rows, rowCount, iel_entry) != 0) {
-        return -1;
-    }
-    if (namesOnly == 0 && entries.count > before) {
-        const SystemName systemName = ReadSystemName();
-        for (int i = before; i < entries.count; ++i) {
-            Fill_LogEntry_iEL(entries.block[i], rows[i - before], systemName.text);
-        }
-    }
-    return 0;
+    return EnumerateLog(iel_log, handle, entries, namesOnly);
 }
 
 // --- One entry
@@ -316,48 +340,28 @@ bool ParseKey(const char *key, char (&firstWord)[256], std::int32_t &recordId) {
     return end != key + numberAt && recordId == number;
 }
 
-// The record of one row, if there is one. 0, or -1 on failure.
-template <typename Row, typename Fill>
-int DeliverOne(const Row *row, int rowCount, const char *firstWord, R **records, int *count, Fill fill) {
+// The entry with a record id, if there is one. 0, or -1 on failure.
+template <typename Row>
+int GetEntry(const Log<Row> &log, std::uint32_t handle, std::int32_t recordId, R **records, int *count) {
+    Row *row = nullptr;
+    int rowCount = 0;
+    const int result = log.getOne(handle, recordId, &rowCount, &row);
+    const Block<Row> rowOwner{row};
+    if (result != 0) {
+        TRACE(TraceFailure, "%s", log.getOneFailed);
+        return -1;
+    }
     if (row == nullptr || rowCount != 1) {
         return 0;
     }
     Entries entries;
-    if (AppendKeys(entries, row, 1, firstWord) != 0) {
+    if (AppendKeys(entries, row, 1, log.firstWord) != 0) {
         return -1;
     }
+    FillEntries(log, entries.block, row, 1);
     *records = entries.block;
     *count = entries.count;
-    fill(**records);
     return 0;
-}
-
-int GetSelEntry(std::uint32_t handle, std::int32_t recordId, R **records, int *count) {
-    SelRow *row = nullptr;
-    int rowCount = 0;
-    const int result = zbr_oemdb_get_sel_rec(handle, recordId, &rowCount, &row);
-    const Block<SelRow> rowOwner{row};
-    if (result != 0) {
-        TRACE(TraceFailure, "Failed in zbr_oemdb_get_sel_rec");
-        return -1;
-    }
-    return DeliverOne(row, rowCount, sel_entry, records, count, [=](R &record) {
-        const SystemName systemName = ReadSystemName();
-        Fill_LogEntry_SEL(record, *row, systemName.text, LanguageOrEnglish());
-    });
-}
-
-int GetIelEntry(std::uint32_t handle, std::int32_t recordId, R **records, int *count) {
-    IelRow *row = nullptr;
-    int rowCount = 0;
-    const int result = zbr_oemdb_get_iel_rec(handle, recordId, &rowCount, &row);
-    const Block<IelRow> rowOwner{row};
-    if (result != 0) {
-        TRACE(TraceFailure, "Failed in zbr_oemdb_get_iel_rec");
-        return -1;
-    }
-    return DeliverOne(row, rowCount, iel_entry, records, count,
-                      [=](R &record) { Fill_LogEntry_iEL(record, *row, ReadSystemName().text); });
 }
 
 int PH_OEM_Get_LogEntry_Instance(R **records, int *count, CMPIString *const *keyValues) {
@@ -366,8 +370,7 @@ int PH_OEM_Get_LogEntry_Instance(R **records, int *count, CMPIString *const *key
     *count = 0;
     std::uint32_t handle = 0;
     const OEMDBOwner handleOwner{&handle};
-    if (PH_OEM_InitOEMDB(&handle) != 0) {
-        TRACE(TraceFailure, "Failed to create handle for OEM DB Access");
+    if (!OpenOEMDB(&handle)) {
         return -1;
     }
     // A key that came as an integer has no text.
@@ -376,10 +379,10 @@ int PH_OEM_Get_LogEntry_Instance(R **records, int *count, CMPIString *const *key
     std::int32_t recordId = 0;
     const bool isParsed = key != nullptr && ParseKey(key, firstWord, recordId);
     if (isParsed && std::strcmp(firstWord, sel_entry) == 0) {
-        return GetSelEntry(handle, recordId, records, count);
+        return GetEntry(sel_log, handle, recordId, records, count);
     }
     if (isParsed && std::strcmp(firstWord, iel_entry) == 0) {
-        return GetIelEntry(handle, recordId, records, count);
+        return GetEntry(iel_log, handle, recordId, records, count);
     }
     TRACE(TraceFailure, "Not Found");
     return 0;
@@ -393,8 +396,7 @@ int PH_OEM_Enum_LogEntry_Instance(R **records, int *count, int namesOnly) {
     *count = 0;
     std::uint32_t handle = 0;
     const OEMDBOwner handleOwner{&handle};
-    if (PH_OEM_InitOEMDB(&handle) != 0) {
-        TRACE(TraceFailure, "Failed to create handle for OEM DB Access");
+    if (!OpenOEMDB(&handle)) {
         return -1;
     }
     Entries entries;
