@@ -199,7 +199,7 @@ CMPIUint32 AddServiceNote(const MethodCall &call, CMPIStatus &status) {
     std::uint8_t request[sizeof note_head + sizeof note] = {};
     const std::size_t length = std::strlen(note);
     std::memcpy(request, note_head, sizeof note_head);
-    std::memcpy(request + sizeof note_head, note, length);
+    std::memcpy(request + sizeof note_head, note, length + 1);
     std::uint8_t response[6] = {};
     std::uint32_t responseLength = sizeof response;
     const int result =
