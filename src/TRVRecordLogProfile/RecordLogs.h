@@ -4,6 +4,7 @@
 
 #include "Utilities/ConfigSpace.h"
 #include "Utilities/PH_OEM_Debug.h"
+#include "Utilities/PH_OEM_ModifiableProperties.h"
 #include "Utilities/PH_OEM_Utilities.h"
 #include "Utilities/Text.h"
 
@@ -26,6 +27,15 @@ constexpr std::uint8_t iel_command = 0xF5;
 // Return values of the methods.
 constexpr CMPIUint32 succeeded = 0;
 constexpr CMPIUint32 failed = 2;
+
+// What a client who modifies settings is told. A session that can't be opened is only traced: the client sees
+// success.
+consteval ModifyTexts RecordLogModifyTexts() {
+    ModifyTexts texts = check_path_texts;
+    texts.noInstance = {CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Key Property"};
+    texts.noSession = {};
+    return texts;
+}
 
 // Reads a number; one that can't be read is traced, and zero.
 template <typename Number>

@@ -80,17 +80,10 @@ constexpr ModifiableProperty modifiable[] = {
     {.name = "DefaultDisplayInfo", .readAs = CMPI_boolean},
 };
 
-// A session that can't be opened is only traced: the client sees success.
-consteval ModifyTexts TextsOfThisClass() {
-    ModifyTexts texts = check_path_texts;
-    texts.noInstance = {CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Key Property"};
-    texts.noSession = {};
-    return texts;
-}
 constexpr ModifyTable modify = {
     .properties = modifiable,
     .variant = ModifyVariant::CheckPath,
-    .texts = TextsOfThisClass(),
+    .texts = RecordLogModifyTexts(),
 };
 
 bool ChangeLanguage(Modification &modification, IpmiSession *session) {

@@ -110,17 +110,10 @@ constexpr std::uint8_t display_bits[] = {0, Critical, Info, Major, Minor, 0};
 static_assert(std::size(display_bits) == std::size(modifiable));
 enum Modifiable : std::size_t { BufferMode = 0, ShowHiddenEntries = std::size(modifiable) - 1 };
 
-// A session that can't be opened is only traced: the client sees success.
-consteval ModifyTexts TextsOfThisClass() {
-    ModifyTexts texts = check_path_texts;
-    texts.noInstance = {CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Key Property"};
-    texts.noSession = {};
-    return texts;
-}
 constexpr ModifyTable modify = {
     .properties = modifiable,
     .variant = ModifyVariant::CheckPathAndInstance,
-    .texts = TextsOfThisClass(),
+    .texts = RecordLogModifyTexts(),
 };
 
 // The changes that are the property's, for one after the other.
