@@ -19,6 +19,7 @@ INSERT INTO sel_event (ErrorCode, Flags, AlertGroup) VALUES
     (0x018107, 0x00, 2),  -- temperature: the same as the first, deasserted
     (0x020102, 0x20, 5),  -- voltage: lower critical, going low
     (0x028102, 0x00, 5),
+    (0x040100, 0x90, 1),  -- fan: lower non-critical, going low
     (0x040102, 0xA0, 1),  -- fan: lower critical, going low
     (0x048102, 0x80, 1),
     (0x056F00, 0x10, 9),  -- chassis intrusion
@@ -26,12 +27,14 @@ INSERT INTO sel_event (ErrorCode, Flags, AlertGroup) VALUES
     (0x076F00, 0x30, 6),  -- processor: internal error
     (0x086F00, 0x80, 4),  -- power supply: presence
     (0x086F01, 0xA0, 4),  -- power supply: failure
+    (0x086F02, 0x90, 4),  -- power supply: predictive failure
     (0x086F03, 0x20, 4),  -- power supply: input lost
     (0x088F03, 0x00, 4),
     (0x0C6F00, 0x90, 7),  -- memory: correctable error
     (0x0C6F01, 0xB0, 7),  -- memory: uncorrectable error
     (0x0D6F01, 0xA0, 8),  -- drive: fault
     (0x1D6F00, 0x00, 10), -- boot: started by power-up
+    (0x216F00, 0x20, 12), -- slot or connector: fault
     (0x226F05, 0x00, 10), -- ACPI: soft off
     (0x236F01, 0x20, 10), -- watchdog: hard reset
     (0x2B6F01, 0x00, 11); -- version change
@@ -65,6 +68,8 @@ Last verringern'),
      'Netzteil oder Batterie ist verbraucht', 'Das Teil tauschen, das die Spannung liefert'),
     (0x028102, 1033, 'Voltage OK again: %s', 'A voltage is within its limits again', '', ''),
     (0x028102, 1031, 'Spannung wieder normal: %s', 'Eine Spannung liegt wieder in ihren Grenzen', '', ''),
+    (0x040100, 1033, 'Fan slow: %s', 'A fan turns more slowly than it should', 'Dust', 'Clean the fan'),
+    (0x040100, 1031, 'Lüfter langsam: %s', 'Ein Lüfter dreht langsamer als vorgesehen', 'Staub', 'Lüfter reinigen'),
     (0x040102, 1033, 'Fan speed critical: %s', 'A fan turns too slowly', 'Dust
 Worn bearings
 A cable is in the way', 'Clean the fan
@@ -91,6 +96,10 @@ Service rufen, wenn der Fehler wiederkehrt'),
 Its fan has failed', 'Replace the power supply'),
     (0x086F01, 1031, 'Netzteil ausgefallen: %s', 'Ein Netzteil liefert keinen Strom', 'Das Netzteil ist defekt
 Sein Lüfter ist ausgefallen', 'Netzteil tauschen'),
+    (0x086F02, 1033, 'Power supply will fail: %s', 'A power supply expects to fail', 'The unit is wearing out',
+     'Replace the power supply while the others carry the load'),
+    (0x086F02, 1031, 'Netzteil fällt bald aus: %s', 'Ein Netzteil erwartet seinen Ausfall', 'Das Netzteil verschleißt',
+     'Netzteil tauschen, solange die anderen die Last tragen'),
     (0x086F03, 1033, 'Power supply without input: %s', 'A power supply gets no mains voltage', 'The power cord is loose
 The circuit is off', 'Check the power cord
 Check the circuit'),
@@ -114,6 +123,12 @@ Bei häufigen Fehlern tauschen'),
      'Das Laufwerk ist verschlissen', 'Laufwerk tauschen'),
     (0x1D6F00, 1033, 'Boot started: %s', 'The server was powered up', '', ''),
     (0x1D6F00, 1031, 'Start begonnen: %s', 'Der Server wurde eingeschaltet', '', ''),
+    (0x216F00, 1033, 'Adapter fault: %s', 'An adapter reported a fault', 'The adapter is defective
+Its driver does not match its firmware', 'Update driver and firmware
+Replace the adapter'),
+    (0x216F00, 1031, 'Adapterfehler: %s', 'Ein Adapter hat einen Fehler gemeldet', 'Der Adapter ist defekt
+Treiber und Firmware passen nicht zusammen', 'Treiber und Firmware aktualisieren
+Adapter tauschen'),
     (0x226F05, 1033, 'Powered off: %s', 'The operating system has shut down', '', ''),
     (0x226F05, 1031, 'Ausgeschaltet: %s', 'Das Betriebssystem wurde heruntergefahren', '', ''),
     (0x236F01, 1033, 'Watchdog reset: %s', 'The server was reset because it did not answer',
@@ -148,6 +163,12 @@ INSERT INTO sel (TimeStamp, ErrorCode, Device)
     FROM month, device JOIN event USING (class)
     WHERE (n + number) % every = 0
     ORDER BY time;
+
+-- What isn't well now, and has no end yet.
+INSERT INTO sel (TimeStamp, ErrorCode, Device) VALUES
+    (1767068052, 0x086F02, 'PSU2'),
+    (1767068115, 0x040100, 'FAN PSU2'),
+    (1767173406, 0x216F00, 'Fibre Channel 1-2');
 
 -- What users do has the language that they work in.
 WITH RECURSIVE

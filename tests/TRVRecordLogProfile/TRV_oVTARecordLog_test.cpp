@@ -118,8 +118,14 @@ TEST_F(RecordLog, TheLogIsChosenByTheWordInItsName) {
 TEST_F(RecordLog, TheSystemEventLogIsErasedUnderAReservation) {
     const std::string reserve = "0x28, 0x42, []";
     const auto clearing = [](const std::string &id) { return "0x28, 0x47, [" + id + " 43 4C 52 AA]"; };
-    const std::string rival = "CREATE TRIGGER rival AFTER UPDATE OF Reservation ON sel_state "
-                              "BEGIN INSERT INTO sel VALUES (9, 0, 0, ''); END";
+    const auto after_reservation = [](const std::string &what) {
+        return "DROP TRIGGER IF EXISTS rival; CREATE TRIGGER rival AFTER UPDATE OF Reservation ON sel_state "
+               "BEGIN " +
+               what + "; END";
+    };
+    const std::string entry = after_reservation("INSERT INTO sel VALUES (9, 0, 0, '')"),
+                      reservation =
+                          after_reservation("UPDATE sel_state SET Reservation = NEW.Reservation + 1");
     const struct {
         const char *name;
         std::string sql;
@@ -129,7 +135,8 @@ TEST_F(RecordLog, TheSystemEventLogIsErasedUnderAReservation) {
     } cases[] = {
         {"reserved", "UPDATE sel_state SET Reservation = 0x1233", {}, "0, 0", {reserve, clearing("34 12")}},
         {"not known", "UPDATE sel_state SET HasReservations = 0", {}, "0, 0", {reserve, clearing("00 00")}},
-        {"cancelled by another", rival, {}, "2, 0", {reserve, clearing("35 12")}},
+        {"cancelled by an entry", entry, {}, "2, 0", {reserve, clearing("35 12")}},
+        {"reserved by another", reservation, {}, "2, 0", {reserve, clearing("36 12")}},
         {"not sent", "DROP TRIGGER rival", sp::Fault{.at = 1}, "2, 0", {reserve}},
         {"not known, told by the send",
          "",
@@ -141,7 +148,7 @@ TEST_F(RecordLog, TheSystemEventLogIsErasedUnderAReservation) {
          sp::Fault{.at = 1, .result = 0xC5},
          "2, 0",
          {reserve, clearing("00 00")}},
-        {"refused", "", sp::Fault{.at = 2, .result = 0xD4}, "2, 0", {reserve, clearing("36 12")}},
+        {"refused", "", sp::Fault{.at = 2, .result = 0xD4}, "2, 0", {reserve, clearing("38 12")}},
     };
     for (const auto &wanted : cases) {
         sp::sql("UPDATE sel_state SET HasReservations = 1; INSERT OR IGNORE INTO sel VALUES (1, 0, 0, '');" +
