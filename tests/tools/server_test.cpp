@@ -1,10 +1,15 @@
-// vch's commands for the server as a whole: overview, selfcheck, and the switches of the service processor.
+// vch's commands for the server as a whole: overview and selfcheck, and the switches of the service
+// processor.
 
 #include "tool.h"
 
 #include <platform/sp/sp.h>
 
 #include <nlohmann/json.hpp>
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -156,32 +161,6 @@ TEST_F(Server, ASwitchIsToldAndShowsAtTheNextRequest) {
     }
 }
 
-// --- health -----------------------------------------------------------------------------------------
-
-TEST_F(Server, TheHealthTreeShowsEachNodeBeneathItsParent) {
-    const auto treeLines = [&] {
-        Lines lines;
-        for (const std::string &line : linesOf(vch({"health"}).out)) {
-            lines.push_back(line.substr(0, line.find("  ", line.find_first_not_of(' '))) + ": " +
-                            line.substr(line.rfind("  ") + 2));
-        }
-        return lines;
-    };
-    sp::sql("UPDATE component_parameter SET Value = NULL WHERE Value = 'BIOS'");
-    const Lines tree = treeLines();
-    EXPECT_EQ(tree.front(), "System: Major failure");
-    EXPECT_EQ(tree.back(), "      Agent: OK") << "beneath two nodes of one name";
-    const auto supplies = std::find(tree.begin(), tree.end(), "    Power Supply: Degraded/Warning");
-    ASSERT_LT(supplies, tree.end() - 3);
-    EXPECT_EQ(supplies[2], "      PSU2: Degraded/Warning");
-    EXPECT_EQ(supplies[3], "      PSU3: Not Present");
-    EXPECT_EQ(std::count(tree.begin(), tree.end(), "      -: OK"), 1) << "an instance without a name";
-    EXPECT_NE(onTerminal({"health"}).find("\033[31mMajor failure"), std::string::npos);
-
-    environment["VCH_FAULTS"] = "CSM_GetSystemStatus";
-    EXPECT_EQ(vch({"health"}).out, "none\n");
-}
-
 // --- selfcheck --------------------------------------------------------------------------------------
 
 TEST_F(Server, TheSampleServersClassesAllConformWhileReadingsMove) {
@@ -198,6 +177,20 @@ TEST_F(Server, TheSampleServersClassesAllConformWhileReadingsMove) {
         EXPECT_EQ(line.substr(line.find(':')), ": ok") << line;
     EXPECT_TRUE(storeContent() == before) << "the store has changed";
     EXPECT_TRUE(std::filesystem::is_empty(environment["TMPDIR"])) << "the copy of the store is gone";
+}
+
+TEST_F(Server, AnInterruptedSelfcheckLeavesNoCopyOfTheStore) {
+    environment["TMPDIR"] = folder + "/temporary";
+    std::filesystem::create_directory(environment["TMPDIR"]);
+    int output[2];
+    ASSERT_EQ(pipe(output), 0);
+    close(output[0]); // nobody reads
+    const pid_t child = start({"selfcheck"}, output[1]);
+    close(output[1]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGPIPE) << status;
+    EXPECT_TRUE(std::filesystem::is_empty(environment["TMPDIR"]));
 }
 
 TEST_F(Server, OnlyTheClassesThatAreMeantAreChecked) {
@@ -246,6 +239,21 @@ TEST_F(Server, BadInputIsNamedAndLeavesTheStoreAsItWas) {
         {{"sp", "blade"}, 2, "--help"},
         {{"sp", "agent", "perhaps"}, 2, "--help"},
         {{"overview", "-o", "xml"}, 2, "table and json"},
+        {{"log", "show", "all"}, 2, "'all': give sel, the system event log, or iel"},
+        {{"log", "show", "--severity", "9"}, 2, "'9': give one of informational, minor, major, critical, or"},
+        {{"log", "show", "--severity", "bad"}, 2, "'bad'"},
+        {{"log", "show", "--since", "2025-02-30"}, 2, "'2025-02-30' is no time"},
+        {{"log", "show", "--until", "2025-01-01 24:00"}, 2, "is no time"},
+        {{"log", "show", "--until", "5"}, 2, "is no time"},
+        {{"log", "show", "--since", "1h", "--until", "2h"}, 2, "--since 1h is later than --until 2h"},
+        {{"log", "show", "--last", "0"}, 2, "--last"},
+        {{"log", "show", "--last", "-3"}, 2, "--last"},
+        {{"log", "show", "--follow", "-o", "json"}, 2, "for the table"},
+        {{"log", "show", "--follow", "--until", "1h"}, 2, "leave --until out"},
+        {{"log", "show", "--folow"}, 2, "see 'vch log show --help'"},
+        {{"log", "clear"}, 2, "LOG"},
+        {{"log", "note", ""}, 2, "has 0"},
+        {{"log", "note", std::string(256, 'x')}, 2, "has 256"},
         {{"selfcheck", "PowerSuply"}, 1, "PowerSupply?"},
         {{"selfcheck", "PowerSupply", "Nothing*"}, 2, "Nothing*"},
         {{"selfcheck", "CIM_ConcreteJob"}, 2, "CIM_ConcreteJob"},
@@ -264,6 +272,8 @@ TEST_F(Server, BadInputIsNamedAndLeavesTheStoreAsItWas) {
     environment["VCH_STORE"] = folder + "/missing";
     for (const Lines &arguments : {Lines{"overview"},
                                    {"selfcheck"},
+                                   {"log", "show"},
+                                   {"log", "clear", "sel"},
                                    {"sp", "supply", "pull", "1"},
                                    {"sp", "blade", "on"},
                                    {"sp", "agent", "connect"}}) {
@@ -279,12 +289,15 @@ TEST_F(Server, TheShellCompletesTheVerbsAndTheManPageTellsThem) {
         Lines choices;
         const char *documented;
     } cases[] = {
-        {"", {"overview", "health", "selfcheck"}, ".B overview\n"},
+        {"", {"overview", "health", "log", "selfcheck"}, ".B overview\n"},
         {"sp", {"supply", "blade", "agent"}, "supply | blade | agent"},
         {"sp supply", {"pull", "plug"}, "sp supply pull"},
         {"sp blade", {"on", "off"}, "sp blade on"},
         {"sp agent", {"connect", "disconnect"}, "sp agent connect"},
         {"selfcheck PowerSupply", {"PowerSupply", "TRV_oVTAFan"}, "selfcheck "},
+        {"log", {"show", "clear", "note"}, "show | clear | note"},
+        {"log show --since 2h", {"sel", "--follow"}, "log show "},
+        {"log show --severity", {"critical"}, "--severity"},
         {"overview -o", {"json"}, "-o json"},
     };
     const std::string page = contentOf(MAN_PAGE), script = folder + "/script";

@@ -57,6 +57,15 @@ Ended Tool::vch(const std::vector<std::string> &arguments) const {
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(out), contentOf(err)};
 }
 
+pid_t Tool::start(const std::vector<std::string> &arguments, int output) const {
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(output, STDOUT_FILENO);
+        become(arguments, environment);
+    }
+    return child;
+}
+
 std::string Tool::storeContent() const {
     sp::sql("PRAGMA wal_checkpoint(TRUNCATE)");
     return contentOf(store);

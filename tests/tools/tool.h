@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/types.h>
+
 #include <map>
 #include <string>
 #include <vector>
@@ -23,6 +25,9 @@ struct Tool : testing::Test {
 
     /** Runs vch with these arguments, its output to files as to a pipe. */
     Ended vch(const std::vector<std::string> &arguments) const;
+
+    /** Starts vch with these arguments and its output to a file descriptor; gives its process id. */
+    pid_t start(const std::vector<std::string> &arguments, int output) const;
 
     /** The store's file with all that was written. */
     std::string storeContent() const;

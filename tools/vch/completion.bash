@@ -17,13 +17,14 @@ _vch() {
     for ((i = 1; i < COMP_CWORD; ++i)); do
         word=${COMP_WORDS[i]}
         case $word in
-            -n | --namespace | -u | --user | -o | --output-format | --propertylist | --pl | --null) ((++i)) ;;
+            -n | --namespace | -u | --user | -o | --output-format | --propertylist | --pl | --null | -s | --severity | \
+                --since | --until | --last) ((++i)) ;;
             -*) ;;
             *) words+=("$word") ;;
         esac
     done
     case ${words[0]} in
-        instance | class) _vch_verb="${words[0]} ${words[1]}" ;;
+        instance | class | log) _vch_verb="${words[0]} ${words[1]}" ;;
         sp) _vch_verb="${words[*]}" ;;
         *) _vch_verb=${words[0]} ;;
     esac
@@ -32,13 +33,22 @@ _vch() {
     case $previous in
         -o | --output-format) choices="table mof json xml" ;;
         -n | --namespace) choices="root/cimv2" ;;
+        -s | --severity) choices="informational minor major critical" ;;
+        --since | --until | --last) ;;
         *)
             case $_vch_verb in
-                "") choices="instance class sp overview health selfcheck ei ein gi mi cm gc --help --version" ;;
+                "") choices="instance class sp overview health log selfcheck ei ein gi mi cm gc --help --version" ;;
                 "instance ") choices="enumerate get count modify invokemethod" ;;
+                "log ") choices="show clear note" ;;
+                "log show")
+                    choices="sel iel --severity --since --until --last --details --follow"
+                    choices+=" --output-format --namespace --user --journal --help"
+                    ;;
+                "log clear") choices="sel iel --namespace --user --journal --help" ;;
+                "log note") choices="--namespace --user --journal --help" ;;
                 "class ") choices="find get enumerate tree" ;;
                 overview) choices="--output-format --namespace --user --journal --help" ;;
-                health) choices="--namespace --user --journal --help" ;;
+                health) choices="--quick --namespace --user --journal --help" ;;
                 sp) choices="create path info mask supply blade agent notify" ;;
                 "sp supply") choices="pull plug" ;;
                 "sp blade") choices="on off" ;;

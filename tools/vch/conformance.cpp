@@ -11,6 +11,8 @@
 
 #include <fmt/format.h>
 
+#include <signal.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -26,6 +28,32 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char user[] = "admin";
+
+// Holds back the signals that would end the process until the end of the scope, so that what began later can
+// clean up first.
+struct HeldSignals {
+    static constexpr int signals[] = {SIGHUP, SIGINT, SIGTERM, SIGPIPE};
+    sigset_t before = {}, held = {};
+    HeldSignals() {
+        sigemptyset(&held);
+        for (const int signal : signals) {
+            struct sigaction action = {};
+            if (sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
+                sigaddset(&held, signal);
+            }
+        }
+        pthread_sigmask(SIG_BLOCK, &held, &before);
+    }
+    HeldSignals(const HeldSignals &) = delete;
+    ~HeldSignals() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
+    bool came() const {
+        sigset_t pending;
+        sigpending(&pending);
+        return std::ranges::any_of(signals, [&](int signal) {
+            return sigismember(&held, signal) == 1 && sigismember(&pending, signal) == 1;
+        });
+    }
+};
 
 // A folder that is gone at the end of the scope.
 struct TemporaryFolder {
@@ -108,6 +136,7 @@ std::vector<const broker::Class *> resolveTargets(const broker::Broker &broker,
 
 void checkConformance(const std::vector<std::string> &targets) {
     requireServiceProcessor();
+    const HeldSignals held; // a check lasts some milliseconds
     const TemporaryFolder folder;
     const Session session = openSession("", user);
     const std::vector<const broker::Class *> classes = resolveTargets(*session.broker, targets);
@@ -126,6 +155,9 @@ void checkConformance(const std::vector<std::string> &targets) {
             fmt::print("  {}\n", printable(selfcheck::textOf(finding)));
         }
         fflush(stdout);
+        if (held.came()) {
+            return;
+        }
     }
     if (failed > 0) {
         throw Failure{CimError, fmt::format("{} of {} classes don't conform", failed, classes.size())};

@@ -1,7 +1,6 @@
 #include "instances.h"
 
 #include "failure.h"
-#include "journal.h"
 #include "named_values.h"
 #include "session.h"
 #include "targets.h"
@@ -12,25 +11,6 @@
 #include <cstdio>
 
 namespace {
-
-// A command's session, and the journal of what it does.
-struct Work {
-    Session session;
-    Journal journal;
-};
-
-Work begin(const InstanceOptions &options) {
-    requireServiceProcessor();
-    return {openSession(options.nameSpace, options.user), startJournal(options.journal)};
-}
-
-// Throws the error that a request was answered with, if any.
-broker::Answer succeeded(broker::Answer answer) {
-    if (answer.rc != CMPI_RC_OK) {
-        throw cimFailure(answer.rc, answer.message);
-    }
-    return answer;
-}
 
 // A property list as the broker takes it: pointers into `options`, and a null at the end.
 std::vector<const char *> wanted(const std::vector<std::string> &names) {
@@ -95,29 +75,28 @@ void requireSet(const CMPIStatus &status, const std::string &name) {
 } // namespace
 
 void enumerateInstances(const InstanceOptions &options) {
-    Work work = begin(options);
-    const CMPIObjectPath *path = resolvePath(work.session, options.target);
+    const Session session = openSession(options.request);
+    const CMPIObjectPath *path = resolvePath(session, options.target);
     if (CMGetKeyCount(path, nullptr) > 0) {
         throw Failure{UsageError, "a class is enumerated, not an instance; 'vch instance get' takes a path"};
     }
     if (options.namesOnly) {
-        print(options.format->paths(
-            succeeded(broker::enumerateInstanceNames(*work.session.request, path)).paths));
+        print(options.format->paths(succeeded(broker::enumerateInstanceNames(*session.request, path)).paths));
         return;
     }
     const broker::Answer answer =
-        withPropertyList(options, classOf(work.session, path), [&](broker::PropertyList properties) {
-            return broker::enumerateInstances(*work.session.request, path, properties);
+        withPropertyList(options, classOf(session, path), [&](broker::PropertyList properties) {
+            return broker::enumerateInstances(*session.request, path, properties);
         });
     print(options.format->instances(answer.instances));
 }
 
 void getInstance(const InstanceOptions &options) {
-    Work work = begin(options);
-    const CMPIObjectPath *path = resolveInstance(work.session, options.target);
+    const Session session = openSession(options.request);
+    const CMPIObjectPath *path = resolveInstance(session, options.target);
     const broker::Answer answer =
-        withPropertyList(options, classOf(work.session, path), [&](broker::PropertyList properties) {
-            return broker::getInstance(*work.session.request, path, properties);
+        withPropertyList(options, classOf(session, path), [&](broker::PropertyList properties) {
+            return broker::getInstance(*session.request, path, properties);
         });
     print(options.format->instances(answer.instances));
 }
@@ -126,15 +105,15 @@ void countInstances(const InstanceOptions &options) {
     if (options.format->counts == nullptr) {
         throw noFormFailure(options.format->name, "counts");
     }
-    Work work = begin(options);
-    const broker::Schema &schema = broker::schemaOf(*work.session.broker);
+    const Session session = openSession(options.request);
+    const broker::Schema &schema = broker::schemaOf(*session.broker);
     const std::string glob = options.target.empty() ? "*" : options.target;
     const bool several = isGlob(glob);
     std::vector<const broker::Class *> classes;
     if (several) {
         classes = findByName(schema, glob);
     } else {
-        classes.push_back(&resolveClass(*work.session.broker, options.target));
+        classes.push_back(&resolveClass(*session.broker, options.target));
     }
 
     std::vector<InstanceCount> counts;
@@ -143,8 +122,8 @@ void countInstances(const InstanceOptions &options) {
         if (several && (cls->isAbstract || !broker::matchesGlob(cls->name, servedClasses))) {
             continue; // its instances are those of its subclasses
         }
-        const CMPIObjectPath *path = resolvePath(work.session, cls->name);
-        const broker::Answer answer = broker::enumerateInstanceNames(*work.session.request, path);
+        const CMPIObjectPath *path = resolvePath(session, cls->name);
+        const broker::Answer answer = broker::enumerateInstanceNames(*session.request, path);
         if (answer.rc == CMPI_RC_OK) {
             counts.push_back({cls, answer.paths.size()});
         } else if (!several) {
@@ -161,8 +140,7 @@ void countInstances(const InstanceOptions &options) {
 
 void modifyInstance(const InstanceOptions &options) {
     const std::vector<Assignment> assignments = parseAssignments(options.assignments);
-    Work work = begin(options);
-    const Session &session = work.session;
+    const Session session = openSession(options.request);
     const CMPIObjectPath *classPath = resolvePath(session, options.target);
     const broker::Class &cls = classOf(session, classPath);
 
@@ -201,8 +179,7 @@ void modifyInstance(const InstanceOptions &options) {
 
 void invokeMethod(const InstanceOptions &options) {
     const std::vector<Assignment> assignments = parseAssignments(options.assignments);
-    Work work = begin(options);
-    const Session &session = work.session;
+    const Session session = openSession(options.request);
     const CMPIBroker *cmpi = broker::cmpiBroker(*session.broker);
     const broker::Class &cls = classOf(session, resolvePath(session, options.target));
     const broker::Method *method = broker::findMethod(cls, options.method);

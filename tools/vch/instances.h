@@ -1,6 +1,7 @@
 #pragma once
 
 #include "output.h"
+#include "session.h"
 
 #include <optional>
 #include <string>
@@ -8,16 +9,14 @@
 
 /** What the instance commands take from the command line. */
 struct InstanceOptions {
+    RequestOptions request;
     std::string target;                                   ///< class or path, as typed
-    std::string nameSpace;                                ///< empty: the broker's
-    std::string user;                                     ///< on whose behalf; the class library acts for it
     const OutputFormat *format = outputFormats[0];        ///< of the answer
     bool namesOnly = false;                               ///< paths instead of instances
     std::optional<std::vector<std::string>> propertyList; ///< absent: all properties
     std::vector<std::string> assignments;                 ///< Name=value
     std::vector<std::string> nulls;                       ///< properties or parameters to be set to NULL
     std::string method;
-    bool journal = false; ///< print the request's back-end calls on standard error
 };
 
 /**

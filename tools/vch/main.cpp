@@ -5,8 +5,10 @@
 #include "failure.h"
 #include "health.h"
 #include "instances.h"
+#include "log.h"
 #include "overview.h"
 #include "service_processor.h"
+#include "terminal.h"
 #include "text.h"
 
 #include <CLI/CLI.hpp>
@@ -21,12 +23,13 @@ namespace {
 
 // What the options fill in. The commands take their part of it.
 struct CommandLine {
-    std::string target, nameSpace, user = "admin", method, format = outputFormats[0]->name;
+    RequestOptions request = {"", "admin"};
+    std::string target, method, format = outputFormats[0]->name, log, severity, since, until, note;
     std::vector<std::string> targets, propertyLists, assignments, nulls;
-    bool namesOnly = false, journal = false, deep = false, force = false;
-    int pid = 0, slot = 0;
+    bool namesOnly = false, deep = false, force = false, details = false, follow = false, quick = false;
+    int pid = 0, slot = 0, last = 0;
     uint16_t mask = 0;
-    std::function<void()> command; // what was chosen
+    std::function<int()> command; // what was chosen; its exit code
 };
 
 const OutputFormat *formatOf(const CommandLine &line) {
@@ -45,15 +48,13 @@ const OutputFormat *formatOf(const CommandLine &line) {
 
 InstanceOptions instanceOptions(const CommandLine &line, const CLI::App &command) {
     InstanceOptions options;
+    options.request = line.request;
     options.target = line.target;
-    options.nameSpace = line.nameSpace;
-    options.user = line.user;
     options.format = formatOf(line);
     options.namesOnly = line.namesOnly;
     options.assignments = line.assignments;
     options.nulls = line.nulls;
     options.method = line.method;
-    options.journal = line.journal;
     const CLI::Option *list = command.get_option_no_throw("--propertylist");
     if (list != nullptr && list->count() > 0) {
         options.propertyList.emplace();
@@ -62,6 +63,22 @@ InstanceOptions instanceOptions(const CommandLine &line, const CLI::App &command
                 options.propertyList->push_back(name);
             }
         }
+    }
+    return options;
+}
+
+LogOptions logOptions(const CommandLine &line, const CLI::App &command) {
+    LogOptions options;
+    options.request = line.request;
+    options.format = formatOf(line);
+    options.log = line.log;
+    options.severity = line.severity;
+    options.since = line.since;
+    options.until = line.until;
+    options.details = line.details;
+    options.follow = line.follow;
+    if (command.count("--last") > 0) {
+        options.last = static_cast<size_t>(line.last);
     }
     return options;
 }
@@ -79,10 +96,11 @@ struct Verb {
 };
 
 void addRequest(CLI::App &command, CommandLine &line) {
-    command.add_option("-n,--namespace", line.nameSpace, "Namespace, root/cimv2 if not given");
-    command.add_option("-u,--user", line.user, "Who asks, as the service processor knows it")
+    command.add_option("-n,--namespace", line.request.nameSpace, "Namespace, root/cimv2 if not given");
+    command.add_option("-u,--user", line.request.user, "Who asks, as the service processor knows it")
         ->capture_default_str();
-    command.add_flag("--journal", line.journal, "Print the request's back-end calls on standard error");
+    command.add_flag("--journal", line.request.journal,
+                     "Print the request's back-end calls on standard error");
 }
 
 void addInstance(CLI::App &command, CommandLine &line) {
@@ -199,6 +217,35 @@ void addOverview(CLI::App &command, CommandLine &line) {
     command.add_option("-o,--output-format", line.format, "table or json")->capture_default_str();
 }
 
+void addLog(CLI::App &command, CommandLine &line) {
+    command.add_option("LOG", line.log, "sel, the system event log, or iel, the internal event log")
+        ->required();
+    addRequest(command, line);
+}
+
+void addShowLog(CLI::App &command, CommandLine &line) {
+    command.add_option("LOG", line.log,
+                       "sel, the system event log, or iel, the internal event log; both if not given");
+    command.add_option("-s,--severity", line.severity,
+                       "Least severity: informational, minor, major, critical, or a number up to 7");
+    command.add_option("--since", line.since,
+                       "From then on, as '2025-07-05 08:00' in UTC, or 2h for two hours ago");
+    command.add_option("--until", line.until, "Up to then, likewise");
+    command
+        .add_option("--last", line.last,
+                    "Only so many, the newest; 10 to begin with under --follow without --since")
+        ->check(CLI::Range(1, std::numeric_limits<int>::max()));
+    command.add_flag("-d,--details", line.details, "With summary, causes and actions");
+    command.add_flag("-f,--follow", line.follow, "Go on with new entries until interrupted");
+    addRequest(command, line);
+    addFormat(command, line);
+}
+
+void addNote(CLI::App &command, CommandLine &line) {
+    command.add_option("NOTE", line.note, "Text of up to 255 bytes")->required();
+    addRequest(command, line);
+}
+
 void addNothing(CLI::App &, CommandLine &) {}
 
 constexpr Verb instanceVerbs[] = {
@@ -244,14 +291,19 @@ constexpr Verb shortVerbs[] = {
 constexpr Verb wholeVerbs[] = {
     {"overview", "The server, its power supplies and its power settings on one screen", addOverview,
      [](const CommandLine &line, const CLI::App &) {
-         printOverview({line.nameSpace, line.user, formatOf(line), line.journal});
-     }},
-    {"health", "The server's health as a tree", addRequest,
-     [](const CommandLine &line, const CLI::App &) {
-         printHealth({line.nameSpace, line.user, line.journal});
+         printOverview({line.request, formatOf(line)});
      }},
     {"selfcheck", "Check that classes keep to their declarations", addTargets,
      [](const CommandLine &line, const CLI::App &) { checkConformance(line.targets); }},
+};
+
+constexpr Verb logVerbs[] = {
+    {"show", "Entries of the logs, filtered by severity and time", addShowLog,
+     [](const CommandLine &line, const CLI::App &app) { showLog(logOptions(line, app)); }},
+    {"clear", "Erase a log", addLog,
+     [](const CommandLine &line, const CLI::App &) { clearLog(line.request, line.log); }},
+    {"note", "Add a note to the internal event log", addNote,
+     [](const CommandLine &line, const CLI::App &) { addServiceNote(line.request, line.note); }},
 };
 
 constexpr Verb storeVerbs[] = {
@@ -303,7 +355,12 @@ template <size_t N> void addVerbs(CLI::App &parent, const Verb (&verbs)[N], Comm
     for (const Verb &verb : verbs) {
         CLI::App *command = parent.add_subcommand(verb.name, verb.description);
         verb.addOptions(*command, line);
-        command->callback([&line, &verb, command] { line.command = [&] { verb.run(line, *command); }; });
+        command->callback([&line, &verb, command] {
+            line.command = [&line, &verb, command] {
+                verb.run(line, *command);
+                return Success;
+            };
+        });
     }
 }
 
@@ -318,6 +375,7 @@ constexpr char footer[] = R"(Examples:
   vch gi 'RegisteredProfile.InstanceID="..."' --propertylist RegisteredName,RegisteredVersion
   vch instance modify ServerConfigSettings ConfPowerCycleDelay=7 --journal
   vch sp supply pull 2 && vch overview
+  vch log show sel --severity major --since 7d --details
 
 Environment:
   VCH_STORE    file of the simulated service processor
@@ -327,14 +385,28 @@ Environment:
   VCH_SCHEMA   folder of the MOF files, likewise
   NO_COLOR     no bold and no coloured text on a terminal
 
-Exit codes: 0 done, 1 CIM error, 2 usage, 3 back end (store, provider module, schema).)";
+Exit codes: 0 done, 1 CIM error, 2 usage, 3 back end (store, provider module, schema).
+Those of health, for monitoring: 0 ok, 1 warning, 2 critical, 3 unknown, for whatever reason.)";
 
-int reported(ExitCode code, const std::string &message) {
-    fputs(("vch: " + message + "\n").c_str(), stderr);
-    return code;
+// "vch log show": as far as the command line was understood.
+std::string chosenCommand(const CLI::App &app) {
+    std::string command = app.get_name();
+    for (const CLI::App *at = &app; !at->get_subcommands().empty();) {
+        at = at->get_subcommands().front();
+        command += " " + at->get_name();
+    }
+    return command;
 }
 
-int run(int argc, char **argv) {
+// What keeps health from being known is no warning, as the codes of other commands would tell a monitor.
+int reported(ExitCode code, const std::string &message, bool monitors) {
+    fflush(stdout);
+    fputs(("vch: " + message + "\n").c_str(), stderr);
+    return monitors ? static_cast<int>(HealthUnknown) : static_cast<int>(code);
+}
+
+// Sets `monitors` when the command line begins with the command that has exit codes of its own.
+int run(int argc, char **argv, bool &monitors) {
     CLI::App app("CIM client of the vendor class library, on a simulated service processor", "vch");
     app.require_subcommand(1);
     app.set_version_flag("--version", VCH_VERSION);
@@ -343,6 +415,13 @@ int run(int argc, char **argv) {
     addVerbs(*addGroup(app, "instance", "Instances of classes"), instanceVerbs, line);
     addVerbs(*addGroup(app, "class", "Declarations of classes"), classVerbs, line);
     addVerbs(app, wholeVerbs, line);
+    CLI::App &health = *app.add_subcommand("health", "The server's health as a tree, and why it isn't well");
+    health.add_flag("-q,--quick", line.quick, "Without the logs, in which the reasons of parts stand");
+    addRequest(health, line);
+    health.footer("Exit codes: 0 ok, 1 warning, 2 critical, 3 unknown, for whatever reason.");
+    health.preparse_callback([&monitors](size_t) { monitors = true; });
+    health.callback([&line] { line.command = [&line] { return printHealth({line.request, line.quick}); }; });
+    addVerbs(*addGroup(app, "log", "The service processor's logs"), logVerbs, line);
     addVerbs(app, shortVerbs, line);
     CLI::App &sp = *addGroup(app, "sp", "The simulated service processor");
     addVerbs(sp, storeVerbs, line);
@@ -358,24 +437,22 @@ int run(int argc, char **argv) {
     } catch (const CLI::Success &asked) { // --help, --version
         return app.exit(asked);
     } catch (const CLI::Error &error) {
-        return reported(UsageError, fmt::format("{}; see 'vch --help'", error.what()));
+        throw Failure{UsageError, fmt::format("{}; see '{} --help'", error.what(), chosenCommand(app))};
     }
-    line.command();
-    if (fflush(stdout) != 0 || ferror(stdout)) {
-        return reported(BackEndError, "standard output can't be written");
-    }
-    return Success;
+    const int exitCode = line.command();
+    flushOutput();
+    return exitCode;
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
+    bool monitors = false;
     try {
-        return run(argc, argv);
+        return run(argc, argv, monitors);
     } catch (const Failure &failure) {
-        fflush(stdout);
-        return reported(failure.exitCode, failure.message);
+        return reported(failure.exitCode, failure.message, monitors);
     } catch (const std::exception &error) { // out of memory, standard output closed
-        return reported(BackEndError, error.what());
+        return reported(BackEndError, error.what(), monitors);
     }
 }

@@ -1,5 +1,7 @@
 #include "named_values.h"
 
+#include <broker/broker.h>
+
 namespace {
 
 // The three objects differ only in their functions' names.
@@ -34,4 +36,8 @@ std::vector<NamedValue> argumentsOf(const CMPIArgs *arguments) {
 std::string textOf(const CMPIString *string) {
     const char *text = string == nullptr ? nullptr : CMGetCharsPtr(string, nullptr);
     return text == nullptr ? "" : text;
+}
+
+std::string textOf(const CMPIInstance *instance, const char *property) {
+    return broker::textOfValue(CMGetProperty(instance, property, nullptr));
 }

@@ -20,3 +20,6 @@ std::vector<NamedValue> argumentsOf(const CMPIArgs *arguments);
 
 /** The text of a string, of a class name or a namespace; empty for NULL. */
 std::string textOf(const CMPIString *string);
+
+/** The text of a property as broker::textOfValue gives it; empty for one that isn't there. */
+std::string textOf(const CMPIInstance *instance, const char *property);

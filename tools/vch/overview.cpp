@@ -1,10 +1,9 @@
 #include "overview.h"
 
 #include "failure.h"
-#include "journal.h"
-#include "session.h"
 #include "targets.h"
 #include "text.h"
+#include "times.h"
 
 #include <broker/broker.h>
 
@@ -57,66 +56,12 @@ std::string onOrOff(const broker::Property &, const CMPIData &value) {
     return value.value.boolean != 0 ? "on" : "off";
 }
 
-// A number within a DMTF date-time, which has fields of digits at fixed places; -1 where there is another
-// character.
-int number(const std::string &text, size_t at, size_t length) {
-    int result = 0;
-    for (size_t i = at; i < at + length; ++i) {
-        if (text[i] < '0' || text[i] > '9') {
-            return -1;
-        }
-        result = result * 10 + (text[i] - '0');
-    }
-    return result;
+std::string duration(const broker::Property &, const CMPIData &value) {
+    return textOfDuration(value);
 }
 
-constexpr size_t dateTimeLength = 25;
-constexpr size_t digits = 14;    // in front of the point
-constexpr size_t signPlace = 21; // '+' or '-' before the distance from UTC; ':' in an interval
-
-struct Interval {
-    int days, hours, minutes, seconds;
-};
-
-// False for what isn't an interval.
-bool parseInterval(const std::string &text, Interval &interval) {
-    if (text.size() != dateTimeLength || text[signPlace] != ':') {
-        return false;
-    }
-    interval = {number(text, 0, 8), number(text, 8, 2), number(text, 10, 2), number(text, 12, 2)};
-    return interval.days >= 0 && interval.hours >= 0 && interval.minutes >= 0 && interval.seconds >= 0;
-}
-
-// "1 d 2 h 5 min"
-std::string duration(const broker::Property &declared, const CMPIData &value) {
-    Interval interval;
-    if (!parseInterval(broker::textOfValue(value), interval)) {
-        return plain(declared, value);
-    }
-    const std::pair<int, const char *> parts[] = {
-        {interval.days, "d"}, {interval.hours, "h"}, {interval.minutes, "min"}, {interval.seconds, "s"}};
-    std::string text;
-    for (const auto &[amount, unit] : parts) {
-        if (amount > 0) {
-            text += fmt::format("{}{} {}", text.empty() ? "" : " ", amount, unit);
-        }
-    }
-    return text.empty() ? "0 s" : text;
-}
-
-// "2025-07-05 08:00:00 UTC+02:00"
-std::string moment(const broker::Property &declared, const CMPIData &value) {
-    const std::string text = broker::textOfValue(value);
-    const bool isMoment = text.size() == dateTimeLength && text[signPlace] != ':' &&
-                          text.find_first_not_of("0123456789") == digits;
-    const int offset = isMoment ? number(text, signPlace + 1, 3) : -1;
-    if (offset < 0) {
-        return plain(declared, value);
-    }
-    return fmt::format("{}-{}-{} {}:{}:{} UTC{}", text.substr(0, 4), text.substr(4, 2), text.substr(6, 2),
-                       text.substr(8, 2), text.substr(10, 2), text.substr(12, 2),
-                       offset == 0 ? ""
-                                   : fmt::format("{}{:02}:{:02}", text[signPlace], offset / 60, offset % 60));
+std::string moment(const broker::Property &, const CMPIData &value) {
+    return textOfMoment(value);
 }
 
 constexpr char never[] = "never";
@@ -220,11 +165,8 @@ OverviewAnswer ask(const Session &session, const OverviewSection &section) {
     try {
         const CMPIObjectPath *path = resolvePath(session, section.className);
         answer.cls = &classOf(session, path);
-        broker::Answer given = broker::enumerateInstances(*session.request, path, properties.data());
-        if (given.rc != CMPI_RC_OK) {
-            throw cimFailure(given.rc, given.message);
-        }
-        answer.instances = std::move(given.instances);
+        answer.instances =
+            succeeded(broker::enumerateInstances(*session.request, path, properties.data())).instances;
     } catch (const Failure &failure) {
         answer.error = failure.message;
     }
@@ -344,9 +286,7 @@ void printOverview(const OverviewOptions &options) {
     if (options.format->overview == nullptr) {
         throw noFormFailure(options.format->name, "the overview");
     }
-    requireServiceProcessor();
-    const Session session = openSession(options.nameSpace, options.user);
-    const Journal journal = startJournal(options.journal);
+    const Session session = openSession(options.request);
     std::vector<OverviewAnswer> answers;
     for (const OverviewSection &section : sections) {
         answers.push_back(ask(session, section));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "output.h"
+#include "session.h"
 #include "terminal.h"
 
 #include <span>
@@ -9,10 +10,8 @@
 
 /** What the overview takes from the command line. */
 struct OverviewOptions {
-    std::string nameSpace; ///< empty: the broker's
-    std::string user;      ///< on whose behalf; the class library acts for it
+    RequestOptions request;
     const OutputFormat *format = outputFormats[0];
-    bool journal = false; ///< print the back-end calls on standard error
 };
 
 /** A code of a property, and how well something is that has it. */

@@ -71,6 +71,20 @@ Session openSession(const std::string &nameSpace, const std::string &user) {
     return session;
 }
 
+Session openSession(const RequestOptions &options) {
+    requireServiceProcessor();
+    Session session = openSession(options.nameSpace, options.user);
+    session.journal = startJournal(options.journal);
+    return session;
+}
+
+broker::Answer succeeded(broker::Answer answer) {
+    if (answer.rc != CMPI_RC_OK) {
+        throw cimFailure(answer.rc, answer.message);
+    }
+    return answer;
+}
+
 void requireServiceProcessor() {
     try {
         sp::check_environment();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "journal.h"
+
 #include <broker/broker.h>
 
 #include <string>
@@ -16,6 +18,14 @@ struct Session {
     broker::BrokerPointer broker;
     broker::RequestPointer request; ///< ends before the broker closes
     std::string nameSpace;          ///< of paths that name none
+    Journal journal;                ///< of what the request does, where it is wanted
+};
+
+/** What every request takes from the command line. */
+struct RequestOptions {
+    std::string nameSpace; ///< empty: the broker's
+    std::string user;      ///< on whose behalf; the class library acts for it
+    bool journal = false;  ///< print the request's back-end calls on standard error
 };
 
 /** A client on this machine. */
@@ -29,6 +39,12 @@ broker::Client localClient(const std::string &user);
  * @param user who asks; empty for nobody in particular
  */
 Session openSession(const std::string &nameSpace, const std::string &user);
+
+/** The same for a request to the service processor, which must be there; with its journal. */
+Session openSession(const RequestOptions &options);
+
+/** The answer, unless it is an error, which is thrown. */
+broker::Answer succeeded(broker::Answer answer);
 
 /** Throws unless the simulated service processor can answer: its store and VCH_FAULTS are looked at. */
 void requireServiceProcessor();

@@ -1,8 +1,11 @@
 #include "terminal.h"
 
+#include "failure.h"
+
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 
 size_t outputWidth() {
@@ -13,6 +16,12 @@ size_t outputWidth() {
     const char *wished = getenv("COLUMNS");
     const unsigned long columns = wished == nullptr ? 0 : strtoul(wished, nullptr, 10);
     return columns > 0 ? columns : 120;
+}
+
+void flushOutput() {
+    if (fflush(stdout) != 0 || ferror(stdout) != 0) {
+        throw Failure{BackEndError, "standard output can't be written"};
+    }
 }
 
 namespace {

@@ -6,6 +6,9 @@
 /** Columns that a line of standard output may take: the terminal's, else COLUMNS, else 120. */
 size_t outputWidth();
 
+/** Writes what was printed. Throws a Failure when standard output doesn't take it. */
+void flushOutput();
+
 /** `text` in bold when standard output is a terminal, and as it is otherwise or when NO_COLOR is set. */
 std::string emphasized(const std::string &text);
 
