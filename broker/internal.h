@@ -28,7 +28,8 @@ struct Broker {
     std::recursive_mutex providersLock; // held while a provider is made, which may ask for others
     bool keepModule = false;            // a provider forbade unloading
 
-    std::mutex requestsLock;
+    // What every request writes, on cache lines of its own: all threads read the rest for each call.
+    alignas(64) std::mutex requestsLock;
     Request *requests = nullptr;       // that haven't ended
     ContextObject *prepared = nullptr; // contexts handed out for threads that haven't detached
     std::atomic<size_t> liveClones{0};

@@ -362,10 +362,10 @@ EXPORTED void PH_OEM_GI_BaseServer(const CMPIBroker *broker, const CMPIContext *
     constexpr const char *names[] = {"CreationClassName", "Name"};
     CMPIString *keys[2];
     Server server{};
-    if (ReadKeys(cop, names, keys, 2) && ReadServer(server)) {
+    if (ReadKeys(cop, names, keys, 2)) {
         const char *className = CMGetCharsPtr(keys[0], nullptr);
         const char *name = CMGetCharsPtr(keys[1], nullptr);
-        if (std::strcmp(className, server.host.CreationClassName) == 0 &&
+        if (ReadServer(server) && std::strcmp(className, server.host.CreationClassName) == 0 &&
             std::strcmp(name, server.host.Name) == 0 && ReturnServer(broker, cop, properties, rslt, server)) {
             return;
         }

@@ -301,9 +301,9 @@ EXPORTED void PH_OEM_GI_LogEntry(const CMPIBroker *broker, const CMPIContext *, 
     CMPIString *key = nullptr;
     OneEntry entry;
     bool isDone = false;
-    if (ReadKeys(cop, names, &key, 1) && ReadEntry(key, entry)) {
+    const char *id = ReadKeys(cop, names, &key, 1) ? CMGetCharsPtr(key, nullptr) : nullptr;
+    if (id != nullptr && ReadEntry(key, entry)) {
         // The whole key, of which only the record id was looked at.
-        const char *id = CMGetCharsPtr(key, nullptr);
         char expected[64];
         if (entry.selRow != nullptr) {
             Format(expected, "LogMessage_%d", entry.selRow->RecordId);

@@ -81,10 +81,10 @@ EXPORTED void PH_OEM_GI_RegisteredProfile(const CMPIBroker *broker, const CMPICo
                                           const CMPIResult *rslt, CMPIStatus *status) {
     constexpr const char *names[] = {"InstanceID"};
     CMPIString *key = nullptr;
+    const char *id = ReadKeys(cop, names, &key, 1) ? CMGetCharsPtr(key, nullptr) : nullptr;
     Rows rows;
-    if (ReadKeys(cop, names, &key, 1) && ReadRows(rows)) {
+    if (id != nullptr && ReadRows(rows)) {
         const Block<RegisteredProfileRow> owner{rows.rows};
-        const char *id = CMGetCharsPtr(key, nullptr);
         for (int i = 0; i < rows.count; ++i) {
             if (std::strcmp(id, Ended(rows.rows[i].InstanceID)) == 0 &&
                 ReturnRow(broker, cop, properties, rslt, rows.rows[i])) {

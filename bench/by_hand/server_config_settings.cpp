@@ -88,9 +88,9 @@ EXPORTED void PH_OEM_GI_ServerConfigSettings(const CMPIBroker *broker, const CMP
                                              const CMPIResult *rslt, CMPIStatus *status) {
     constexpr const char *names[] = {"InstanceID"};
     CMPIString *key = nullptr;
+    const char *id = ReadKeys(cop, names, &key, 1) ? CMGetCharsPtr(key, nullptr) : nullptr;
     Settings settings{};
-    if (!ReadKeys(cop, names, &key, 1) || !ReadSettings(settings) ||
-        std::strcmp(CMGetCharsPtr(key, nullptr), instance_id) != 0 ||
+    if (id == nullptr || !ReadSettings(settings) || std::strcmp(id, instance_id) != 0 ||
         !ReturnSettings(broker, cop, properties, rslt, settings)) {
         Fail(broker, status, "Failed to Get Instance");
     }

@@ -197,17 +197,13 @@ bool ReturnName(const CMPIBroker *broker, const CMPIObjectPath *cop, const CMPIR
 }
 
 // The sensor that the keys name, or -1.
-int FindSensor(const Sensors &sensors, CMPIString *const *keys) {
-    const char *systemClass = CMGetCharsPtr(keys[0], nullptr);
-    const char *className = CMGetCharsPtr(keys[1], nullptr);
-    const char *systemName = CMGetCharsPtr(keys[2], nullptr);
-    const char *name = CMGetCharsPtr(keys[3], nullptr);
-    if (std::strcmp(systemClass, system_class) != 0 || std::strcmp(className, class_name) != 0 ||
-        std::strcmp(systemName, sensors.serverName) != 0) {
+int FindSensor(const Sensors &sensors, const char *const *keys) {
+    if (std::strcmp(keys[0], system_class) != 0 || std::strcmp(keys[1], class_name) != 0 ||
+        std::strcmp(keys[2], sensors.serverName) != 0) {
         return -1;
     }
     for (int i = 0; i < sensors.count; ++i) {
-        if (std::strcmp(name, Ended(sensors.rows[i].SensorName)) == 0) {
+        if (std::strcmp(keys[3], Ended(sensors.rows[i].SensorName)) == 0) {
             return i;
         }
     }
@@ -221,10 +217,12 @@ EXPORTED void PH_OEM_GI_TemperatureSensor(const CMPIBroker *broker, const CMPICo
                                           const CMPIResult *rslt, CMPIStatus *status) {
     constexpr const char *names[] = {"SystemCreationClassName", "CreationClassName", "SystemName",
                                      "DeviceID"};
-    CMPIString *keys[std::size(names)];
+    CMPIString *values[std::size(names)];
     Sensors sensors;
-    if (ReadKeys(cop, names, keys, std::size(names)) && ReadSensors(sensors, false)) {
-        const int found = FindSensor(sensors, keys);
+    if (ReadKeys(cop, names, values, std::size(names))) {
+        const char *keys[] = {CMGetCharsPtr(values[0], nullptr), CMGetCharsPtr(values[1], nullptr),
+                              CMGetCharsPtr(values[2], nullptr), CMGetCharsPtr(values[3], nullptr)};
+        const int found = ReadSensors(sensors, false) ? FindSensor(sensors, keys) : -1;
         if (found >= 0 && ReturnSensor(broker, cop, properties, rslt, sensors, found)) {
             return;
         }

@@ -25,6 +25,10 @@ constexpr int BusyMilliseconds = 5000;    // how long one process waits for anot
 
 const std::string CreateOne = "create one with 'vch sp create', or name another with VCH_STORE";
 
+/// Set before SQLite starts. Its statistics of memory, which nobody reads, make the connections of all
+/// threads take turns at one lock, at every text that they read.
+[[maybe_unused]] const bool without_statistics = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0) == SQLITE_OK;
+
 std::mutex lock;
 std::string path_in_use; // empty: not chosen yet
 

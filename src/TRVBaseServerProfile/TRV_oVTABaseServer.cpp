@@ -19,7 +19,6 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
-#include <cstdio>
 #include <cstring>
 #include <iterator>
 #include <strings.h>
@@ -379,8 +378,7 @@ void FillIPv4(IpmiSession *session, const UrlParts &parts, R &record) {
     }
     char text[INET_ADDRSTRLEN] = "";
     inet_ntop(AF_INET, &address, text, sizeof text);
-    std::snprintf(record.AdminURLIPv4, sizeof record.AdminURLIPv4, "http%s://%s:%d/", parts.secure, text,
-                  parts.port);
+    JoinText(record.AdminURLIPv4, "http", parts.secure, "://", text, ":", parts.port, "/");
     SetText(record.ManagementIPAddress, text);
 }
 
@@ -409,8 +407,7 @@ void FillIPv6(IpmiSession *session, const UrlParts &parts, R &record) {
             if (ReadUrlPart(session, 0x1A25, index, "ConfBmcIpv6Addr", address) == 0) {
                 char text[INET6_ADDRSTRLEN] = "";
                 inet_ntop(AF_INET6, address, text, sizeof text);
-                std::snprintf(record.AdminURLIPv6, sizeof record.AdminURLIPv6, "http%s://[%s]:%d/",
-                              parts.secure, text, parts.port);
+                JoinText(record.AdminURLIPv6, "http", parts.secure, "://[", text, "]:", parts.port, "/");
             }
             return;
         }
@@ -430,8 +427,7 @@ void FillUrls(IpmiSession *session, R &record) {
     }
     const UrlParts parts = ReadUrlParts(session);
     // Cut where it doesn't fit: a host name may fill the whole field.
-    if (std::snprintf(record.AdminURLDNS, sizeof record.AdminURLDNS, "http%s://%s.%s:%d/", parts.secure, host,
-                      domain, parts.port) >= static_cast<int>(sizeof record.AdminURLDNS)) {
+    if (!JoinText(record.AdminURLDNS, "http", parts.secure, "://", host, ".", domain, ":", parts.port, "/")) {
         TRACE(TraceFailure, "AdminURLDNS is cut");
     }
     FillIPv4(session, parts, record);

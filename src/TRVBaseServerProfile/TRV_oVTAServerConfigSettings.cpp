@@ -182,8 +182,7 @@ int PH_OEM_Enum_ServerConfigSettings_Instance(R **records, int *count, int names
     if (namesOnly == 0 && !FillRecord(*record)) {
         return -1;
     }
-    *records = record.release();
-    *count = 1;
+    Deliver(record, records, count);
     return 0;
 }
 

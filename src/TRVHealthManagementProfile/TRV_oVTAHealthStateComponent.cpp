@@ -255,24 +255,23 @@ void PH_OEM_Fill_HealthStateComponent(R *record, int level, const char *system, 
     switch (level) {
     case SystemLevel:
         name = TextOrEmpty(system);
-        std::snprintf(record->InstanceID, sizeof record->InstanceID, "%s", name);
+        SetText(record->InstanceID, name);
         break;
     case SubsystemLevel:
         parent = TextOrEmpty(system);
         name = TextOrEmpty(subsystem);
-        std::snprintf(record->InstanceID, sizeof record->InstanceID, "%s-%s", parent, name);
+        JoinText(record->InstanceID, parent, "-", name);
         break;
     case ComponentLevel:
         parent = TextOrEmpty(subsystem);
         name = TextOrEmpty(component);
-        std::snprintf(record->InstanceID, sizeof record->InstanceID, "%s-%s-%s", TextOrEmpty(system), parent,
-                      name);
+        JoinText(record->InstanceID, TextOrEmpty(system), "-", parent, "-", name);
         break;
     default:
         parent = TextOrEmpty(component);
         name = TextOrEmpty(instance);
-        std::snprintf(record->InstanceID, sizeof record->InstanceID, "%s-%s-%s-%s", TextOrEmpty(system),
-                      TextOrEmpty(subsystem), parent, name);
+        JoinText(record->InstanceID, TextOrEmpty(system), "-", TextOrEmpty(subsystem), "-", parent, "-",
+                 name);
     }
     SetText(record->SystemCreationClassName, "TRV_oVTABaseServer");
     PH_OEM_GetBaseServerName(record->SystemName, sizeof record->SystemName); // an unknown name goes too
@@ -287,9 +286,8 @@ void PH_OEM_Fill_HealthStateComponent(R *record, int level, const char *system, 
     record->IsLeaf = instance != nullptr && *instance != '\0';
     SetText(record->Name, name);
     SetText(record->Parent, parent);
-    std::snprintf(record->Caption, sizeof record->Caption, "%s - %s", parent, name);
-    std::snprintf(record->Description, sizeof record->Description, "Status of \"%s\", parent status \"%s\"",
-                  name, parent);
+    JoinText(record->Caption, parent, " - ", name);
+    JoinText(record->Description, "Status of \"", name, "\", parent status \"", parent, "\"");
     SetText(record->ElementName, name);
 }
 

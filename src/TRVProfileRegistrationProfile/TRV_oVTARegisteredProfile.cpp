@@ -59,12 +59,9 @@ void FillRecord(R &record, const Row &row) {
     }
 }
 
-} // namespace
-
-int PH_OEM_Enum_RegisteredProfile_Instance(R **records, int *count, int namesOnly) {
-    TRACE(TraceProgress, "Entering %s", __func__);
+int List(Listing<R> listing) {
     std::uint32_t handle = 0;
-    const OEMDBOwner handleOwner{&handle};
+    OEMDBOwner handleOwner{&handle};
     if (!OpenOEMDB(&handle)) {
         return -1;
     }
@@ -72,6 +69,7 @@ int PH_OEM_Enum_RegisteredProfile_Instance(R **records, int *count, int namesOnl
     int rowCount = 0;
     const int result = zbr_oemdb_get_all_reg_prof_info(handle, &rowCount, &rows);
     const Block<Row> rowsOwner{rows};
+    handleOwner.reset();
     if (result != 0) {
         TRACE(TraceFailure, "Failed in zbr_oemdb_get_all_reg_prof_info");
         return -1;
@@ -80,20 +78,24 @@ int PH_OEM_Enum_RegisteredProfile_Instance(R **records, int *count, int namesOnl
         TRACE(TraceProgress, "No records from DB");
         return 0;
     }
-    R *block = NewRecords<R>(rowCount);
-    if (block == nullptr) {
+    if (!StartRecords(listing, rowCount)) {
         return -1;
     }
     for (int i = 0; i < rowCount; ++i) {
-        CopyText(block[i].InstanceID, rows[i].InstanceID);
-        if (namesOnly == 0) {
-            FillRecord(block[i], rows[i]);
+        if (LeavesOut(listing, 0, rows[i].InstanceID)) {
+            continue;
+        }
+        R &record = NextRecord(listing);
+        CopyText(record.InstanceID, rows[i].InstanceID);
+        if (FillsThis(listing)) {
+            FillRecord(record, rows[i]);
         }
     }
-    *records = block;
-    *count = rowCount;
     return 0;
 }
 
+} // namespace
+
 EXPORT_CLASS(RegisteredProfile, "A management profile that this service processor implements.",
-             .superclass = "CIM_RegisteredProfile");
+             .superclass = "CIM_RegisteredProfile", .list = ListUntyped<R, List>);
+EXPORT_ENUM(RegisteredProfile);

@@ -89,8 +89,8 @@ std::uint16_t LanguageOrEnglish() {
 // What both kinds of rows have, but for the texts; the same flags mean the same in both.
 template <typename Row>
 void FillCommon(R &record, const Row &row, const char *systemName, const char *logName) {
-    FormatText(record.LogInstanceID, "%s.%s", systemName, logName);
-    FormatText(record.RecordID, "%d", row.RecordId);
+    JoinText(record.LogInstanceID, systemName, ".", logName);
+    JoinText(record.RecordID, row.RecordId);
     record.CreationTimeStamp = row.TimeStamp;
     record.AlertGroup = static_cast<std::uint16_t>(row.AlertGroup);
     record.CSSComponent = (row.Flags >> 7) & 1;
@@ -192,7 +192,8 @@ void Fill_LogEntry_SEL(R &record, const SelRow &row, const char *systemName, std
     if (translator.session != nullptr && TranslateMessage(&session, row, language, buffer)) {
         message = buffer;
     }
-    FormatText(record.RecordData, "*%s*%x*%s*%s", severity.text, row.ErrorCode, replaceable.text, message);
+    JoinText(record.RecordData, "*", severity.text, "*", Hexadecimal{row.ErrorCode}, "*", replaceable.text,
+             "*", message);
     SetText(record.Message, message);
     Split_LogEntry_TextList(record.ProbableCauseDescription,
                             TextOfKind(translator, row, SelTextCauses, row.Causes));
@@ -202,15 +203,15 @@ void Fill_LogEntry_SEL(R &record, const SelRow &row, const char *systemName, std
     CopyBounded(record.Summary, sizeof record.Summary, summary.data(), summary.size());
 
     SetLocale(record.Locale, language);
-    FormatText(record.ElementName, "%s.%s_%d", systemName, sel_entry, row.RecordId);
+    JoinText(record.ElementName, systemName, ".", record.InstanceID);
 }
 
 void Fill_LogEntry_iEL(R &record, const IelRow &row, const char *systemName) {
     FillCommon(record, row, systemName, iel_name);
     CopyText(record.Message, row.Message);
-    FormatText(record.ElementName, "%s.%s", systemName, record.InstanceID);
+    JoinText(record.ElementName, systemName, ".", record.InstanceID);
     const FlagsText severity = TextOfFlags(Zbr_CimIpmi_ConvSeverityString, row.Flags);
-    FormatText(record.RecordData, "*%s*%x*%s", severity.text, row.ErrorCode, record.Message);
+    JoinText(record.RecordData, "*", severity.text, "*", Hexadecimal{row.ErrorCode}, "*", record.Message);
     SetText(record.RecordFormat, "*string Severity*uint32 ErrorCode*string MessageText");
     SetLocale(record.Locale, row.LanguageCode);
 }
@@ -290,7 +291,7 @@ int AppendKeys(Entries &entries, const Row *rows, int rowCount, const char *firs
     }
     R *added = entries.block + entries.count;
     for (int i = 0; i < used; ++i) {
-        FormatText(added[i].InstanceID, "%s_%d", firstWord, rows[i].RecordId);
+        JoinText(added[i].InstanceID, firstWord, "_", rows[i].RecordId);
     }
     entries.count += used;
     return 0;

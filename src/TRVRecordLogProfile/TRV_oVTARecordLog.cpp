@@ -214,8 +214,8 @@ int PH_OEM_Enum_RecordLog_Instance(R **records, int *count, int namesOnly) {
         TRACE(TraceFailure, "Failed in PH_OEM_GetBaseServerName");
         return -1;
     }
-    FormatText(sel.InstanceID, "%s.%s", systemName, sel_name);
-    FormatText(iel.InstanceID, "%s.%s", systemName, iel_name);
+    JoinText(sel.InstanceID, systemName, ".", sel_name);
+    JoinText(iel.InstanceID, systemName, ".", iel_name);
     if (namesOnly == 0) {
         IpmiSession session{};
         const SessionOwner owner{&session};

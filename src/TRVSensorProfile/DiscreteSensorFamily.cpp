@@ -42,25 +42,6 @@ std::uint16_t FillDiscreteSensor(const DiscreteSensorClass &sensorClass, IpmiSes
     return state;
 }
 
-int EnumerateDiscreteSensors(const DiscreteSensorClass &sensorClass,
-                             void (*clean)(NumericSensorRecord **, int), NumericSensorRecord **records,
-                             int *count, int namesOnly) {
-    *records = nullptr;
-    *count = 0;
-    CompactSdrRow *rows = nullptr;
-    int rowCount = 0;
-    if (GetDiscreteSensorRows(sensorClass, &rows, &rowCount) != 0) {
-        return -1;
-    }
-    const Block<CompactSdrRow> rowsOwner{rows};
-    if (rows == nullptr || rowCount < 1) {
-        TRACE(TraceProgress, "No records from DB");
-        return 0;
-    }
-    return EnumerateSensors<NumericSensorRecord>(
-        {.className = sensorClass.className, .clean = clean}, rowCount, records, count,
-        namesOnly, [=](int i) -> auto & { return rows[i].SensorName; },
-        [&](IpmiSession *session, int i, NumericSensorRecord &record) {
-            FillDiscreteSensor(sensorClass, session, rows[i], record);
-        });
+int ListDiscreteSensors(const DiscreteSensorClass &sensorClass, Listing<NumericSensorRecord> listing) {
+    return ListDiscreteSensors(sensorClass, listing, [](std::uint16_t, NumericSensorRecord &) {});
 }

@@ -24,7 +24,6 @@ inline constexpr auto discrete_sensor_columns =
     joined_columns<numeric_sensor_properties, discrete_sensor_properties, sensor_status_properties, own...>;
 
 struct DiscreteSensorClass {
-    const char *className;
     int sensorType; // OEM
     const char *otherSensorTypeDescription;
     const char *fetchFailure; // trace
@@ -39,10 +38,28 @@ std::uint16_t FillDiscreteSensor(const DiscreteSensorClass &sensorClass, IpmiSes
 
 constexpr std::uint16_t unread_state = 0xFFFF;
 
-// Enumerates a class whose record is the NumericSensorRecord; `clean` is its PH_OEM_Clean_<C>.
-int EnumerateDiscreteSensors(const DiscreteSensorClass &sensorClass,
-                             void (*clean)(NumericSensorRecord **, int), NumericSensorRecord **records,
-                             int *count, int namesOnly);
+// Lists a class; `fill(state, record)` fills what its records have besides the sensor.
+template <typename R, typename Fill>
+int ListDiscreteSensors(const DiscreteSensorClass &sensorClass, Listing<R> listing, Fill fill) {
+    CompactSdrRow *rows = nullptr;
+    int rowCount = 0;
+    if (GetDiscreteSensorRows(sensorClass, &rows, &rowCount) != 0) {
+        return -1;
+    }
+    const Block<CompactSdrRow> rowsOwner{rows};
+    if (rows == nullptr || rowCount < 1) {
+        TRACE(TraceProgress, "No records from DB");
+        return 0;
+    }
+    return ListSensors(
+        listing, rowCount, [=](int i) -> auto & { return rows[i].SensorName; },
+        [&](IpmiSession *session, int i, R &record) {
+            fill(FillDiscreteSensor(sensorClass, session, rows[i], SensorOf(record)), record);
+        });
+}
+
+// The same for a class whose record is the NumericSensorRecord.
+int ListDiscreteSensors(const DiscreteSensorClass &sensorClass, Listing<NumericSensorRecord> listing);
 
 // clang-format off
 
@@ -50,17 +67,15 @@ int EnumerateDiscreteSensors(const DiscreteSensorClass &sensorClass,
     using C##Record = NumericSensorRecord;                                                                   \
     DECLARE_OWNING_CLASS(C)
 
+#define EXPORT_DISCRETE_SENSOR_COLUMNS(C, text, free, propertyColumns)                                       \
+    EXPORT_SENSOR_COLUMNS(C, text, free, Untagged<discrete_sensor_keys>, propertyColumns,                    \
+                          .pathOrder = discrete_sensor_path_order,                                           \
+                          .instanceOrder = discrete_sensor_instance_order)
+
 #define EXPORT_DISCRETE_SENSOR_CLASS(C, type, otherType, text)                                               \
-    int PH_OEM_Enum_##C##_Instance(C##Record **records, int *count, int namesOnly) {                         \
-        TRACE(TraceProgress, "Entering %s", __func__);                                                       \
-        return EnumerateDiscreteSensors({"TRV_oVTA" #C, type, otherType, "Failed to get " text " info"},     \
-                                        PH_OEM_Clean_##C, records, count, namesOnly);                        \
+    static int List(Listing<C##Record> listing) {                                                            \
+        return ListDiscreteSensors({type, otherType, "Failed to get " text " info"}, listing);               \
     }                                                                                                        \
-    void PH_OEM_Clean_##C(C##Record **records, int count) {                                                  \
-        TRACE(TraceProgress, "Entering %s", __func__);                                                       \
-        CleanSensors(records, count);                                                                        \
-    }                                                                                                        \
-    EXPORT_COLUMNS(C, "State of the server's: " text ".", Untagged<discrete_sensor_keys>,                     \
-                   discrete_sensor_columns<>, .superclass = "TRV_NumericSensor",            \
-                   .pathOrder = discrete_sensor_path_order, .instanceOrder = discrete_sensor_instance_order)
+    EXPORT_DISCRETE_SENSOR_COLUMNS(C, "State of the server's: " text ".", FreePossibleStates<C##Record>,     \
+                                   discrete_sensor_columns<>)
 // clang-format on

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 // --- Filling a record
 
@@ -22,9 +23,11 @@ void ClearLists(NumericSensorRecord &record) {
 
 void SetSensorKeys(NumericSensorRecord &record, const char *className, const char *systemName,
                    const char *name, std::size_t nameLimit) {
-    SetText(record.SystemCreationClassName, "TRV_oVTABaseServer");
-    SetText(record.SystemName, systemName);
-    SetText(record.CreationClassName, className);
+    if (record.SystemName[0] == '\0') { // a record in the place of another has what they share
+        SetText(record.SystemCreationClassName, "TRV_oVTABaseServer");
+        SetText(record.SystemName, systemName);
+        SetText(record.CreationClassName, className);
+    }
     CopyBounded(record.DeviceID, sizeof record.DeviceID, name, nameLimit);
 }
 
@@ -57,27 +60,40 @@ void SetKind(NumericSensorRecord &record, const SensorKind &kind) {
     record.RateUnits = 0;
 }
 
-void SetThresholds(NumericSensorRecord &record, const char *codes) {
-    FillValueList("SupportedThresholds", codes, record.SupportedThresholds,
-                  std::size(record.SupportedThresholds));
-    static_assert(sizeof record.EnabledThresholds == sizeof record.SupportedThresholds);
-    std::memcpy(record.EnabledThresholds, record.SupportedThresholds, sizeof record.EnabledThresholds);
+void SetThresholds(NumericSensorRecord &record, std::initializer_list<std::int32_t> codes) {
+    std::size_t used = 0;
+    for (const std::int32_t code : codes) {
+        record.SupportedThresholds[used] = code;
+        record.EnabledThresholds[used] = code;
+        ++used;
+    }
 }
 
 void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &states) {
+    // Not by calloc, which in many C libraries is the slower way to a small block.
+    const auto size = static_cast<std::size_t>(states.size);
     int number = states.number();
-    for (int i = 0; i < number && i < static_cast<int>(std::size(record.PossibleStates)); ++i) {
-        auto *slot = static_cast<char *>(std::calloc(1, static_cast<std::size_t>(states.size)));
+    int i = 0;
+    for (; i < number && i < static_cast<int>(std::size(record.PossibleStates)); ++i) {
+        char *&slot = record.PossibleStates[i];
+        if (slot == nullptr) {
+            slot = static_cast<char *>(std::malloc(size));
+        }
         if (slot != nullptr) {
+            std::memset(slot, 0, size);
             states.text(i, slot, states.size);
             slot[states.size - 1] = '\0';
-            record.PossibleStates[i] = slot;
         } else {
             TRACE(TraceFailure, "Memory Allocation Failed for PossibleStates");
         }
         if (states.numberPerText) {
             number = states.number();
         }
+    }
+    // A record that is filled again may have had a longer list.
+    for (; i < static_cast<int>(std::size(record.PossibleStates)) && record.PossibleStates[i] != nullptr;
+         ++i) {
+        std::free(std::exchange(record.PossibleStates[i], nullptr));
     }
 }
 

@@ -57,8 +57,8 @@ struct SensorKind {
 };
 void SetKind(NumericSensorRecord &record, const SensorKind &kind);
 
-// Supported and enabled thresholds, from the text that tells their codes: "1, 3".
-void SetThresholds(NumericSensorRecord &record, const char *codes);
+// Supported and enabled thresholds.
+void SetThresholds(NumericSensorRecord &record, std::initializer_list<std::int32_t> codes);
 
 // Where the texts of a class's possible states come from.
 struct PossibleStates {
@@ -68,8 +68,8 @@ struct PossibleStates {
     bool numberPerText = false; // the number is asked anew before each text
 };
 
-// The texts of the possible states, each a heap block of the record's. A text for which there is no memory
-// stays out, with a trace line.
+// The texts of the possible states, each a zeroed heap block of the record's: those that it has, and new
+// ones. A text for which there is no memory stays out, with a trace line.
 void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &states);
 
 // The head of a record: the record itself, or its first member.
@@ -80,14 +80,31 @@ template <typename R> NumericSensorRecord &SensorOf(R &record) {
     return record.sensor;
 }
 
-// Cleans records that own nothing but the possible states of their heads.
-template <typename R> void CleanSensors(R **records, int count) {
-    for (int i = 0; *records != nullptr && i < count; ++i) {
-        FreeTexts(SensorOf((*records)[i]).PossibleStates);
-    }
-    std::free(*records);
-    *records = nullptr;
+// Columns of a sensor class: the empty lists of its record, and the blocks of one that owns nothing but its
+// possible states.
+template <typename R> void ClearSensor(void *record) {
+    ClearLists(SensorOf(*static_cast<R *>(record)));
 }
+template <typename R> void FreePossibleStates(void *record) {
+    FreeTexts(SensorOf(*static_cast<R *>(record)).PossibleStates);
+}
+
+// Another for those whose possible states come from FillPossibleStates, which takes the texts that are there.
+// The keys that all sensors share stay too; they lie before the fourth.
+template <typename R> void RecycleSensor(void *record) {
+    constexpr std::size_t name = offsetof(NumericSensorRecord, DeviceID);
+    constexpr std::size_t states = offsetof(NumericSensorRecord, PossibleStates);
+    constexpr std::size_t behind = states + sizeof(NumericSensorRecord::PossibleStates);
+    auto *bytes = static_cast<char *>(record);
+    std::memset(bytes + name, 0, states - name);
+    std::memset(bytes + behind, 0, sizeof(R) - behind);
+    ClearSensor<R>(record);
+}
+
+// What a mapping of states is given of CurrentState: behind it the field stays zero, whatever the mapping
+// leaves open.
+constexpr int current_state_size = 32;
+static_assert(current_state_size < sizeof NumericSensorRecord::CurrentState);
 
 // The raw reading of a threshold sensor; 0 when it can't be read.
 std::uint8_t ReadRaw(IpmiSession *session, const FullSdrRow &row);
@@ -101,62 +118,45 @@ constexpr std::uint16_t no_state = 0x8000;
 // A reading by the sensor's formula, cut to an integer.
 std::int32_t ConvertReading(std::uint8_t reading, const FullSdrRow &row);
 
-// --- Enumerating
+// --- Listing
 
-// How a class enumerates.
-template <typename R> struct SensorEnumeration {
-    const char *className;
-    void (*clean)(R **records, int count);
-    bool sessionForNames = true;
-};
+// Whether a session is opened also where nothing is read but names.
+enum class NamesNeed : std::uint8_t { NoSession, Session };
 
 // One record for each of `rowCount` rows. `nameAt(i)` gives the text field with a sensor's name and
 // `fill(session, i, record)` everything but the keys, where it is wanted; `getSystemName(name, size)` gives
 // the name of the system that has the sensors, and 0, or -1 on failure. 0, or -1 on failure.
 template <typename R, typename NameAt, typename Fill,
           typename GetSystemName = decltype(&PH_OEM_GetBaseServerName)>
-int EnumerateSensors(const SensorEnumeration<R> &enumeration, int rowCount, R **records, int *count,
-                     int namesOnly, NameAt nameAt, Fill fill,
-                     GetSystemName getSystemName = PH_OEM_GetBaseServerName) {
-    struct Sensors {
-        R *block;
-        int count;
-        void (*clean)(R **records, int count);
-    };
-    const auto cleanUp = [](Sensors *sensors) {
-        if (sensors->block != nullptr) { // not handed over
-            sensors->clean(&sensors->block, sensors->count);
-        }
-    };
-    Sensors sensors = {NewRecords<R>(rowCount), rowCount, enumeration.clean};
-    const std::unique_ptr<Sensors, decltype(cleanUp)> owner{&sensors, cleanUp};
-    if (sensors.block == nullptr) {
+int ListSensors(Listing<R> listing, int rowCount, NameAt nameAt, Fill fill,
+                GetSystemName getSystemName = PH_OEM_GetBaseServerName,
+                NamesNeed namesNeed = NamesNeed::Session) {
+    if (!StartRecords(listing, rowCount)) {
         return -1;
-    }
-    for (int i = 0; i < rowCount; ++i) {
-        ClearLists(SensorOf(sensors.block[i]));
     }
     char systemName[256] = "";
     if (getSystemName(systemName, sizeof systemName) != 0) {
         return -1;
     }
     IpmiSession session{};
-    const SessionOwner sessionOwner{&session};
-    if ((namesOnly == 0 || enumeration.sessionForNames) && PH_OEM_CreateIPMISession(&session) != 0) {
-        TRACE(TraceFailure, "Create IPMI session failed");
-        return -1;
+    SessionOwner sessionOwner;
+    if (!listing.namesOnly || namesNeed == NamesNeed::Session) {
+        sessionOwner.reset(&session);
+        if (PH_OEM_CreateIPMISession(&session) != 0) {
+            TRACE(TraceFailure, "Create IPMI session failed");
+            return -1;
+        }
+    }
+    if (listing.namesOnly) {
+        sessionOwner.reset();
     }
     for (int i = 0; i < rowCount; ++i) {
-        R &record = sensors.block[i];
-        SetSensorKeys(SensorOf(record), enumeration.className, systemName, nameAt(i));
-        if (namesOnly == 0) {
+        R &record = NextRecord(listing);
+        SetSensorKeys(SensorOf(record), listing.records.table.className, systemName, nameAt(i));
+        if (FillsEach(listing)) {
             fill(&session, i, record);
         }
     }
-    *records = sensors.block;
-    *count = sensors.count;
-    sensors.block = nullptr;
-    sensors.count = 0;
     return 0;
 }
 
@@ -196,11 +196,26 @@ int GetFullSdrs(int sensorType, int entityId, FullSdrRow **rows, int *count);
 
 // clang-format off
 
-// Exports a sensor class whose own properties are in the table `properties`; it has its own PH_OEM_Clean_<C>. The
-// record is a NumericSensorRecord, or has one as its first member.
+// Exports a class of sensors that lists them by `List`; `free` is the column that frees what a record owns.
+#define EXPORT_SENSOR_COLUMNS(C, text, free, keyColumns, propertyColumns, ...)                               \
+    EXPORT_COLUMNS(C, text, keyColumns, propertyColumns, .superclass = "TRV_NumericSensor",                  \
+                   .list = ListUntyped<C##Record, List>, .clear = ClearSensor<C##Record>, .freeOwned = free, \
+                   __VA_ARGS__);                                                                             \
+    void PH_OEM_Clean_##C(C##Record **records, int count) {                                                  \
+        CleanRecords(C##Class, records, count);                                                               \
+    }                                                                                                        \
+    int PH_OEM_Enum_##C##_Instance(C##Record **records, int *count, int namesOnly) {                         \
+        *records = nullptr;                                                                                  \
+        *count = 0;                                                                                          \
+        return EnumerateListed(C##Class, records, count, namesOnly);                                         \
+    }                                                                                                        \
+    static_assert(true)
+
+// The same for one whose own properties are in the table `properties`. The record is a NumericSensorRecord, or has one
+// as its first member.
 #define EXPORT_SENSOR_CLASS(C, text, ...)                                                                    \
-    EXPORT_COLUMNS(C, text, Untagged<sensor_keys>,                                                           \
-                   (joined_columns<numeric_sensor_properties, sensor_status_properties, properties>),        \
-                   .superclass = "TRV_NumericSensor", .pathOrder = sensor_path_order,                        \
-                   .instanceOrder = sensor_instance_order, __VA_ARGS__)
+    EXPORT_SENSOR_COLUMNS(C, text, FreePossibleStates<C##Record>, Untagged<sensor_keys>,                     \
+                          (joined_columns<numeric_sensor_properties, sensor_status_properties, properties>), \
+                          .recycle = RecycleSensor<C##Record>, .pathOrder = sensor_path_order,               \
+                          .instanceOrder = sensor_instance_order, __VA_ARGS__)
 // clang-format on

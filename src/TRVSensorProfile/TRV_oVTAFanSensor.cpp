@@ -203,9 +203,7 @@ void FillRecord(IpmiSession *session, const FanSensorRow &row, R &record) {
     sensor.CurrentReading = ConvertReading(ReadRaw(session, row.full), row.full);
     record.Quality = ReadQuality(session, row.full.SensorNumber);
     const std::uint16_t state = ReadState(session, row.compact, no_state);
-    char text[32] = "";
-    Zbr_CimIpmi_GetFanCurrentState(state, text, sizeof text);
-    CopyText(sensor.CurrentState, text);
+    Zbr_CimIpmi_GetFanCurrentState(state, sensor.CurrentState, current_state_size);
 }
 
 } // namespace
@@ -238,10 +236,9 @@ int PH_OEM_GetFanSensorInfo(FanSensorRow **rows, int *count) {
     return 0;
 }
 
-int PH_OEM_Enum_FanSensor_Instance(R **records, int *count, int namesOnly) {
-    TRACE(TraceProgress, "Entering %s", __func__);
-    *records = nullptr;
-    *count = 0;
+namespace {
+
+int List(Listing<R> listing) {
     FanSensorRow *rows = nullptr;
     int rowCount = 0;
     if (PH_OEM_GetFanSensorInfo(&rows, &rowCount) != 0) {
@@ -252,19 +249,15 @@ int PH_OEM_Enum_FanSensor_Instance(R **records, int *count, int namesOnly) {
         TRACE(TraceProgress, "No Fan Sensor sdr\n");
         return 0;
     }
-    return EnumerateSensors<R>(
-        {.className = "TRV_oVTAFanSensor", .clean = PH_OEM_Clean_FanSensor}, rowCount, records, count,
-        namesOnly, [=](int i) -> auto & { return rows[i].full.SensorName; },
+    return ListSensors(
+        listing, rowCount, [=](int i) -> auto & { return rows[i].full.SensorName; },
         [=](IpmiSession *session, int i, R &record) {
             ReadFanVariables(rows[i].full, record);
             FillRecord(session, rows[i], record);
         });
 }
 
-void PH_OEM_Clean_FanSensor(R **records, int count) {
-    TRACE(TraceProgress, "Entering %s", __func__);
-    CleanSensors(records, count);
-}
+} // namespace
 
 // --- Modifying
 

@@ -49,16 +49,14 @@ int GetHostSystemName(LibraryOwner &library, char *name, int size) {
 void FillCommon(R &record) {
     SetSensorName(record);
     SetKind(record, kind);
-    SetThresholds(record, "1, 3");
+    SetThresholds(record, {1, 3});
     SetWell(record);
     FillPossibleStates(record, possible_states);
 }
 
 void FillFromCompact(IpmiSession *session, const CompactSdrRow &row, R &record) {
     const std::uint16_t state = ReadState(session, row, no_state);
-    char text[32] = "";
-    Zbr_CimIpmi_GetPwlCurrentState(state, text, sizeof text);
-    CopyText(record.CurrentState, text);
+    Zbr_CimIpmi_GetPwlCurrentState(state, record.CurrentState, current_state_size);
 }
 
 void FillFromFull(IpmiSession *session, const FullSdrRow &row, R &record) {
@@ -100,12 +98,7 @@ int GetPowerRows(PowerRows &rows) {
     return result;
 }
 
-} // namespace
-
-int PH_OEM_Enum_PowerConsumptionSensor_Instance(R **records, int *count, int namesOnly) {
-    TRACE(TraceProgress, "Entering %s", __func__);
-    *records = nullptr;
-    *count = 0;
+int List(Listing<R> listing) {
     PowerRows rows{};
     const int result = GetPowerRows(rows);
     const Block<CompactSdrRow> compactOwner{rows.compact};
@@ -119,9 +112,8 @@ int PH_OEM_Enum_PowerConsumptionSensor_Instance(R **records, int *count, int nam
     }
     LibraryOwner library;
     const auto systemName = [&](char *name, int size) { return GetHostSystemName(library, name, size); };
-    return EnumerateSensors<R>(
-        {.className = "TRV_oVTAPowerConsumptionSensor", .clean = PH_OEM_Clean_PowerConsumptionSensor},
-        rows.compactCount + rows.fullCount, records, count, namesOnly,
+    return ListSensors(
+        listing, rows.compactCount + rows.fullCount,
         [=](int i) -> const auto & {
             if (i < rows.compactCount) {
                 return rows.compact[i].SensorName;
@@ -139,9 +131,6 @@ int PH_OEM_Enum_PowerConsumptionSensor_Instance(R **records, int *count, int nam
         systemName);
 }
 
-void PH_OEM_Clean_PowerConsumptionSensor(R **records, int count) {
-    TRACE(TraceProgress, "Entering %s", __func__);
-    CleanSensors(records, count);
-}
+} // namespace
 
 EXPORT_SENSOR_CLASS(PowerConsumptionSensor, "A sensor of power that is consumed.");

@@ -21,7 +21,6 @@ constexpr Property<R> properties[] = {
      "Watts. OEM DB, full SDRs: upper non-recoverable threshold by the sensor's formula."},
 };
 
-constexpr std::int32_t thresholds_of_kind[] = {1, 3, 5};
 constexpr SensorKind kind = {.sensorType = 14, .enabledState = 5, .baseUnits = 7, .unitModifier = 0};
 constexpr PossibleStates possible_states = {.number = Zbr_CimIpmi_GetPPSensorNumOfPossibleState,
                                             .text = Zbr_CimIpmi_GetPPSensorPossibleState,
@@ -31,9 +30,7 @@ constexpr PossibleStates possible_states = {.number = Zbr_CimIpmi_GetPPSensorNum
 void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     SetSensorName(record);
     SetKind(record, kind);
-    for (auto *thresholds : {&record.SupportedThresholds, &record.EnabledThresholds}) {
-        std::ranges::copy(thresholds_of_kind, *thresholds);
-    }
+    SetThresholds(record, {1, 3, 5});
     SetWell(record);
     std::uint8_t status = 0;
     std::uint8_t reading = 0;
@@ -53,14 +50,9 @@ void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     record.UpperThresholdFatal = ConvertReading(row.UpperThresholdNonRecoverable, row);
 }
 
-} // namespace
-
-int PH_OEM_Enum_PowerProductionSensor_Instance(R **records, int *count, int namesOnly) {
+int List(Listing<R> listing) {
     constexpr int other_units_based = 11;
     constexpr int power_supply = 10;
-    TRACE(TraceProgress, "Entering %s", __func__);
-    *records = nullptr;
-    *count = 0;
     FullSdrRow *rows = nullptr;
     int rowCount = 0;
     if (GetFullSdrs(other_units_based, power_supply, &rows, &rowCount) != 0) {
@@ -71,17 +63,12 @@ int PH_OEM_Enum_PowerProductionSensor_Instance(R **records, int *count, int name
         TRACE(TraceProgress, "No records from DB");
         return 0;
     }
-    return EnumerateSensors<R>(
-        {.className = "TRV_oVTAPowerProductionSensor",
-         .clean = PH_OEM_Clean_PowerProductionSensor,
-         .sessionForNames = false},
-        rowCount, records, count, namesOnly, [=](int i) -> auto & { return rows[i].SensorName; },
-        [=](IpmiSession *session, int i, R &record) { FillRecord(session, rows[i], record); });
+    return ListSensors(
+        listing, rowCount, [=](int i) -> auto & { return rows[i].SensorName; },
+        [=](IpmiSession *session, int i, R &record) { FillRecord(session, rows[i], record); },
+        PH_OEM_GetBaseServerName, NamesNeed::NoSession);
 }
 
-void PH_OEM_Clean_PowerProductionSensor(R **records, int count) {
-    TRACE(TraceProgress, "Entering %s", __func__);
-    CleanSensors(records, count);
-}
+} // namespace
 
 EXPORT_SENSOR_CLASS(PowerProductionSensor, "A sensor of the power that a power supply puts out.");

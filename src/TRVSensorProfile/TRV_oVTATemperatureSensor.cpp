@@ -28,7 +28,7 @@ constexpr std::uint8_t unknown_state = 255;
 void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     SetSensorName(record);
     SetKind(record, kind);
-    SetThresholds(record, "1, 3");
+    SetThresholds(record, {1, 3});
     FillPossibleStates(record, possible_states);
     record.UpperThresholdNonCritical = ConvertReading(row.UpperThresholdNonCritical, row);
     record.UpperThresholdCritical = ConvertReading(row.UpperThresholdCritical, row);
@@ -44,9 +44,7 @@ void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     if (state == unknown_state) {
         SetText(record.CurrentState, "Unknown");
     } else {
-        char text[32] = "";
-        Zbr_CimIpmi_GetTmpCurrentState(state, text, sizeof text);
-        CopyText(record.CurrentState, text);
+        Zbr_CimIpmi_GetTmpCurrentState(state, record.CurrentState, current_state_size);
     }
 }
 
@@ -59,10 +57,9 @@ int PH_OEM_GetTemperatureSensorInfo(FullSdrRow **rows, int *count) {
     return GetFullSdrs(temperature, any_entity, rows, count);
 }
 
-int PH_OEM_Enum_TemperatureSensor_Instance(R **records, int *count, int namesOnly) {
-    TRACE(TraceProgress, "Entering %s", __func__);
-    *records = nullptr;
-    *count = 0;
+namespace {
+
+int List(Listing<R> listing) {
     FullSdrRow *rows = nullptr;
     int rowCount = 0;
     if (PH_OEM_GetTemperatureSensorInfo(&rows, &rowCount) != 0) {
@@ -73,15 +70,11 @@ int PH_OEM_Enum_TemperatureSensor_Instance(R **records, int *count, int namesOnl
         TRACE(TraceProgress, "No records from DB");
         return 0;
     }
-    return EnumerateSensors<R>(
-        {.className = "TRV_oVTATemperatureSensor", .clean = PH_OEM_Clean_TemperatureSensor}, rowCount,
-        records, count, namesOnly, [=](int i) -> auto & { return rows[i].SensorName; },
+    return ListSensors(
+        listing, rowCount, [=](int i) -> auto & { return rows[i].SensorName; },
         [=](IpmiSession *session, int i, R &record) { FillRecord(session, rows[i], record); });
 }
 
-void PH_OEM_Clean_TemperatureSensor(R **records, int count) {
-    TRACE(TraceProgress, "Entering %s", __func__);
-    CleanSensors(records, count);
-}
+} // namespace
 
 EXPORT_SENSOR_CLASS(TemperatureSensor, "A temperature sensor of the server.");

@@ -32,7 +32,7 @@ std::int32_t ConvertScaled(std::uint8_t reading, const FullSdrRow &row) {
 void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     SetSensorName(record);
     SetKind(record, kind);
-    SetThresholds(record, "2, 3");
+    SetThresholds(record, {2, 3});
     SetWell(record);
     record.LowerThresholdCritical = ConvertScaled(row.LowerThresholdCritical, row);
     record.UpperThresholdCritical = ConvertScaled(row.UpperThresholdCritical, row);
@@ -46,9 +46,7 @@ void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
         state = 0;
     }
     record.CurrentReading = ConvertScaled(reading, row);
-    char text[32] = "";
-    Zbr_CimIpmi_GetVolCurrentState(state, text, sizeof text);
-    CopyText(record.CurrentState, text);
+    Zbr_CimIpmi_GetVolCurrentState(state, record.CurrentState, current_state_size);
 }
 
 // The rows of the board and of the battery, for the caller to free. 0, or -1 on failure.
@@ -74,12 +72,7 @@ int GetVoltageRows(VoltageRows &rows) {
     return 0;
 }
 
-} // namespace
-
-int PH_OEM_Enum_VoltageSensor_Instance(R **records, int *count, int namesOnly) {
-    TRACE(TraceProgress, "Entering %s", __func__);
-    *records = nullptr;
-    *count = 0;
+int List(Listing<R> listing) {
     VoltageRows rows{};
     const int result = GetVoltageRows(rows);
     const Block<FullSdrRow> boardOwner{rows.board};
@@ -94,16 +87,11 @@ int PH_OEM_Enum_VoltageSensor_Instance(R **records, int *count, int namesOnly) {
     const auto rowAt = [=](int i) -> const FullSdrRow & {
         return i < rows.boardCount ? rows.board[i] : rows.battery[i - rows.boardCount];
     };
-    return EnumerateSensors<R>(
-        {.className = "TRV_oVTAVoltageSensor", .clean = PH_OEM_Clean_VoltageSensor},
-        rows.boardCount + rows.batteryCount, records, count,
-        namesOnly, [=](int i) -> auto & { return rowAt(i).SensorName; },
+    return ListSensors(
+        listing, rows.boardCount + rows.batteryCount, [=](int i) -> auto & { return rowAt(i).SensorName; },
         [=](IpmiSession *session, int i, R &record) { FillRecord(session, rowAt(i), record); });
 }
 
-void PH_OEM_Clean_VoltageSensor(R **records, int count) {
-    TRACE(TraceProgress, "Entering %s", __func__);
-    CleanSensors(records, count);
-}
+} // namespace
 
 EXPORT_SENSOR_CLASS(VoltageSensor, "A voltage sensor of the system board or of the battery.");

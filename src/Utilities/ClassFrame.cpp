@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <strings.h>
+#include <utility>
 
 // The frame's trace lines name the file of the class that they speak for, and the line that exports it.
 #define TRACE_CLASS(level, ...) TRACE_FROM(table.record.file, table.record.line, level, __VA_ARGS__)
@@ -19,19 +20,13 @@ std::span<const ClassTable *const> AllClasses() {
 
 namespace {
 
-// The records of one operation, cleaned on every way out.
-struct Records {
-    const ClassTable &table;
-    void *block = nullptr;
-    int count = 0;
-};
-
-void CleanRecordsOf(Records *records) {
+void CleanRecordsOf(RecordListing *records) {
     records->table.clean(records->block, records->count);
 }
-using RecordsOwner = std::unique_ptr<Records, Closer<CleanRecordsOf>>;
+// Cleans the records of an operation on every way out.
+using RecordsOwner = std::unique_ptr<RecordListing, Closer<CleanRecordsOf>>;
 
-void *RecordAt(const Records &records, int index) {
+void *RecordAt(const RecordListing &records, int index) {
     return static_cast<char *>(records.block) + static_cast<std::size_t>(index) * records.table.recordSize;
 }
 
@@ -39,16 +34,178 @@ const char *TextAt(const void *record, FieldPlace field) {
     return static_cast<const char *>(record) + field.offset;
 }
 
-bool EnumerateRecords(Records &records, int namesOnly) {
-    const ClassTable &table = records.table;
-    if (table.enumerate(&records.block, &records.count, namesOnly) == -1) {
-        TRACE_CLASS(TraceFailure, "Failed in PH_OEM_Enum_%s_Instance", table.name);
-        return false;
+// The last key is mostly the one that tells records apart.
+bool KeysEqual(std::span<const KeyColumn> keys, const char *const *values, const void *record) {
+    for (std::size_t i = keys.size(); i-- > 0;) {
+        if (values[i] == nullptr || std::strcmp(values[i], TextAt(record, keys[i].field)) != 0) {
+            return false;
+        }
     }
     return true;
 }
 
 } // namespace
+
+// --- Listing records
+
+// The answer of EnumerateInstanceNames.
+struct NameAnswer {
+    const CMPIBroker *broker;
+    const CMPIObjectPath *cop;
+    const CMPIResult *rslt;
+    int count = 0;
+    bool isFailed = false; // nothing is returned behind the first name that can't be made
+};
+
+namespace {
+
+void AnswerName(const ClassTable &table, NameAnswer &names, const void *record) {
+    if (names.isFailed) {
+        return;
+    }
+    CMPIStatus status = {CMPI_RC_OK, nullptr};
+    const CMPIObjectPath *path = MakePath(table, names.broker, names.cop, record, &status);
+    if (path == nullptr || status.rc != CMPI_RC_OK) {
+        TRACE_CLASS(TraceFailure, "Inst=%d Failed in PH_OEM_MakePath_%s", names.count, table.name);
+        names.isFailed = true;
+        return;
+    }
+    ++names.count;
+    CMReturnObjectPath(names.rslt, path);
+}
+
+// The first record with the wanted keys is the one.
+bool IsWantedRecord(const RecordListing &records, const void *record) {
+    return records.count == 0 && KeysEqual(records.table.record.keys, records.wantedKeys, record);
+}
+
+void ClearRecord(const ClassTable &table, void *record) {
+    if (table.clear != nullptr) {
+        table.clear(record);
+    }
+}
+
+void FreeOwned(const ClassTable &table, void *record) {
+    if (table.freeOwned != nullptr) {
+        table.freeOwned(record);
+    }
+}
+
+void EndRecord(RecordListing &records) {
+    const RecordState state = std::exchange(records.state, RecordState::NoRecord);
+    if (records.names == nullptr && records.wantedKeys == nullptr) {
+        ++records.count;
+        return;
+    }
+    const ClassTable &table = records.table;
+    void *record = RecordAt(records, records.count);
+    if (records.names != nullptr) {
+        AnswerName(table, *records.names, record);
+    } else if (state != RecordState::LeftOut && IsWantedRecord(records, record)) {
+        ++records.count;
+    } else if (state == RecordState::Filled && table.recycle != nullptr) {
+        table.recycle(record);
+    } else if (state == RecordState::Filled) {
+        FreeOwned(table, record);
+        std::memset(record, 0, table.recordSize);
+        ClearRecord(table, record);
+    }
+}
+
+int ListRecords(RecordListing &records) {
+    const ClassTable &table = records.table;
+    TRACE_CLASS(TraceProgress, "Entering PH_OEM_Enum_%s_Instance", table.name);
+    const int result = table.list(records);
+    NextRecord(records); // ends the last one
+    if (records.wantedKeys != nullptr && records.block != nullptr) {
+        FreeOwned(table, RecordAt(records, records.count)); // recycled
+    }
+    return result;
+}
+
+// The texts of a path's keys. A key that came as an integer has none, and no record has a key like that.
+void KeyTexts(const ClassTable &table, CMPIString *const *keyValues, const char *(&keys)[max_keys]) {
+    for (std::size_t i = 0; i < table.record.keys.size(); ++i) {
+        keys[i] = keyValues[i] == nullptr ? nullptr : CMGetCharsPtr(keyValues[i], nullptr);
+    }
+}
+
+// The first of the records with these keys, or NULL.
+void *FindRecord(const ClassTable &table, const char *const *keys, void *records, int count) {
+    TRACE_CLASS(TraceProgress, "Entering PH_OEM_Search_%s_Instance", table.name);
+    auto *record = static_cast<char *>(records);
+    for (int i = 0; i < count; ++i, record += table.recordSize) {
+        if (KeysEqual(table.record.keys, keys, record)) {
+            return record;
+        }
+    }
+    return nullptr;
+}
+
+// By the class's list where it has one. False, with a trace line, on failure.
+bool EnumerateRecords(RecordListing &records) {
+    const ClassTable &table = records.table;
+    const int result = table.list != nullptr
+                           ? ListRecords(records)
+                           : table.enumerate(&records.block, &records.count, records.namesOnly ? 1 : 0);
+    if (result == -1) {
+        TRACE_CLASS(TraceFailure, "Failed in PH_OEM_Enum_%s_Instance", table.name);
+    }
+    return result != -1;
+}
+
+} // namespace
+
+bool StartRecords(RecordListing &records, int number, const char *file, int line) {
+    const int places = records.names != nullptr ? 1 : records.wantedKeys != nullptr ? 2 : number;
+    records.block = std::calloc(static_cast<std::size_t>(places), records.table.recordSize);
+    if (records.block == nullptr) {
+        TRACE_FROM(file, line, TraceFailure, "memory allocation failed");
+        return false;
+    }
+    for (int i = 0; i < places; ++i) {
+        ClearRecord(records.table, RecordAt(records, i));
+    }
+    return true;
+}
+
+void *NextRecord(RecordListing &records) {
+    if (records.state != RecordState::NoRecord) {
+        EndRecord(records);
+    }
+    records.state = RecordState::KeysOnly;
+    return RecordAt(records, records.count);
+}
+
+bool FillsEach(RecordListing &records) {
+    records.state = records.namesOnly ? RecordState::KeysOnly : RecordState::Filled;
+    return !records.namesOnly;
+}
+
+bool FillsThis(RecordListing &records) {
+    if (records.namesOnly) {
+        return false;
+    }
+    const bool isWanted =
+        records.wantedKeys == nullptr || IsWantedRecord(records, RecordAt(records, records.count));
+    records.state = isWanted ? RecordState::Filled : RecordState::LeftOut;
+    return isWanted;
+}
+
+int EnumerateListed(const ClassTable &table, void **recordBlock, int *count, int namesOnly) {
+    RecordListing records{table, namesOnly != 0};
+    const int result = ListRecords(records);
+    if (records.block == nullptr) {
+        return result;
+    }
+    if (result == -1) {
+        table.clean(records.block, records.count);
+        return -1;
+    }
+    *recordBlock = records.block;
+    *count = records.count;
+    return 0;
+}
 
 // --- Get and enumerate
 
@@ -63,7 +220,7 @@ void GetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPICo
                  const CMPIObjectPath *cop, const char **properties, const CMPIResult *rslt,
                  CMPIStatus *status) {
     TRACE_CLASS(TraceProgress, "Entering PH_OEM_GI_%s", table.name);
-    Records records{table};
+    RecordListing records{table};
     const RecordsOwner owner{&records};
     const auto fail = [&] { SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Failed to Get Instance"); };
 
@@ -75,15 +232,18 @@ void GetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPICo
         TRACE_CLASS(TraceFailure, "Failed in CheckForValidObjectPath\n");
         return fail();
     }
+    const char *keys[max_keys] = {};
+    KeyTexts(table, keyValues, keys);
+    records.wantedKeys = keys;
     if (table.get == nullptr) {
-        if (!EnumerateRecords(records, 0)) {
+        if (!EnumerateRecords(records)) {
             return fail();
         }
     } else if (table.get(&records.block, &records.count, keyValues) == -1) {
         TRACE_CLASS(TraceFailure, "Failed in PH_OEM_Get_%s_Instance", table.name);
         return fail();
     }
-    const void *record = SearchInstance(table, keyValues, records.block, records.count);
+    const void *record = FindRecord(table, keys, records.block, records.count);
     if (record == nullptr) {
         TRACE_CLASS(TraceFailure, "Invalid Key Properties");
         return fail();
@@ -100,11 +260,11 @@ void EnumerateInstances(const ClassTable &table, const CMPIBroker *broker, const
                         const CMPIObjectPath *cop, const char **properties, const CMPIResult *rslt,
                         CMPIStatus *status) {
     TRACE_CLASS(TraceProgress, "Entering PH_OEM_EI_%s", table.name);
-    Records records{table};
+    RecordListing records{table};
     const RecordsOwner owner{&records};
     const auto fail = [&] { SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance"); };
 
-    if (!EnumerateRecords(records, 0)) {
+    if (!EnumerateRecords(records)) {
         return fail();
     }
     CMPIStatus ownStatus = {CMPI_RC_OK, nullptr};
@@ -122,32 +282,24 @@ void EnumerateInstances(const ClassTable &table, const CMPIBroker *broker, const
 void EnumerateInstanceNames(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *,
                             const CMPIObjectPath *cop, const CMPIResult *rslt, CMPIStatus *status) {
     TRACE_CLASS(TraceProgress, "Entering PH_OEM_EIN_%s", table.name);
-    Records records{table};
+    NameAnswer names = {broker, cop, rslt};
+    RecordListing records{.table = table, .namesOnly = true, .names = &names};
     const RecordsOwner owner{&records};
-    const auto fail = [&] {
-        SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance Names");
-    };
-
-    if (!EnumerateRecords(records, 1)) {
-        return fail();
+    bool isDone = EnumerateRecords(records);
+    for (int i = 0; isDone && i < records.count; ++i) {
+        AnswerName(table, names, RecordAt(records, i));
     }
-    CMPIStatus ownStatus = {CMPI_RC_OK, nullptr};
-    for (int i = 0; i < records.count; ++i) {
-        const CMPIObjectPath *path = MakePath(table, broker, cop, RecordAt(records, i), &ownStatus);
-        if (path == nullptr || ownStatus.rc != CMPI_RC_OK) {
-            TRACE_CLASS(TraceFailure, "Inst=%d Failed in PH_OEM_MakePath_%s", i, table.name);
-            return fail();
-        }
-        CMReturnObjectPath(rslt, path);
+    if (!isDone || names.isFailed) {
+        SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance Names");
     }
 }
 
 CMPIArray *GetInstArray(const ClassTable &table, const CMPIObjectPath *cop, const CMPIBroker *broker,
                         const CMPIContext *, const char **properties) {
     TRACE_CLASS(TraceProgress, "Entering PH_OEM_%s_GetInstArray", table.name);
-    Records records{table};
+    RecordListing records{table};
     const RecordsOwner owner{&records};
-    if (!EnumerateRecords(records, 0)) {
+    if (!EnumerateRecords(records)) {
         return nullptr;
     }
     const int count = records.count < 0 ? 0 : records.count;
@@ -171,33 +323,10 @@ CMPIArray *GetInstArray(const ClassTable &table, const CMPIObjectPath *cop, cons
 
 // --- Search
 
-namespace {
-
-bool KeysEqual(std::span<const KeyColumn> keys, const char *const *values, const void *record) {
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        if (values[i] == nullptr || std::strcmp(values[i], TextAt(record, keys[i].field)) != 0) {
-            return false;
-        }
-    }
-    return true;
-}
-
-} // namespace
-
 void *SearchInstance(const ClassTable &table, CMPIString *const *keyValues, void *records, int count) {
-    TRACE_CLASS(TraceProgress, "Entering PH_OEM_Search_%s_Instance", table.name);
-    const char *values[max_keys] = {};
-    for (std::size_t i = 0; i < table.record.keys.size(); ++i) {
-        // A key that came as an integer has no text, and no record has a key like that.
-        values[i] = keyValues[i] == nullptr ? nullptr : CMGetCharsPtr(keyValues[i], nullptr);
-    }
-    auto *record = static_cast<char *>(records);
-    for (int i = 0; i < count; ++i, record += table.recordSize) {
-        if (KeysEqual(table.record.keys, values, record)) {
-            return record;
-        }
-    }
-    return nullptr;
+    const char *keys[max_keys] = {};
+    KeyTexts(table, keyValues, keys);
+    return FindRecord(table, keys, records, count);
 }
 
 // --- Paths and instances
@@ -325,18 +454,18 @@ CMPIStatus SetDateTime(const CMPIBroker *broker, const CMPIInstance *inst, const
 
 CMPIStatus SetOne(const CMPIBroker *broker, const CMPIInstance *inst, const PropertyColumn &property,
                   const void *record) {
-    if ((property.type & CMPI_ARRAY) != 0) {
-        return SetArray(broker, inst, property, record);
-    }
-    if (property.type == CMPI_dateTime) {
-        return SetDateTime(broker, inst, property, record);
-    }
     if (property.type == CMPI_chars) {
         const char *text = TextAt(record, property.field);
         if (property.when == When::NotEmpty && *text == '\0') {
             return {CMPI_RC_OK, nullptr};
         }
         return CMSetProperty(inst, property.name, reinterpret_cast<const CMPIValue *>(text), CMPI_chars);
+    }
+    if ((property.type & CMPI_ARRAY) != 0) {
+        return SetArray(broker, inst, property, record);
+    }
+    if (property.type == CMPI_dateTime) {
+        return SetDateTime(broker, inst, property, record);
     }
     const CMPIValue value = IntegerAt(record, property.field, property.type);
     return CMSetProperty(inst, property.name, &value, property.type);

@@ -12,6 +12,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <cstring>
 #include <span>
 
 // Where a field lies in its record, and how wide it is.
@@ -212,6 +213,14 @@ struct ClassTable {
 
     const char *superclass = nullptr; // the DMTF class that it derives from
 
+    // In a class that lists its records row by row, from which the frame makes the Enum. Behind it, where
+    // records need it: what brings a zeroed record into its empty form, what frees the blocks that a record
+    // owns, and what empties one that was filled for nothing but keeps its blocks for the next row.
+    int (*list)(struct RecordListing &listing) = nullptr;
+    void (*clear)(void *record) = nullptr;
+    void (*freeOwned)(void *record) = nullptr;
+    void (*recycle)(void *record) = nullptr;
+
     // The orders in which a path gets its keys and an instance its key properties, as numbers of the key
     // list.
     KeyOrder pathOrder = key_list_order;
@@ -233,6 +242,80 @@ struct ClassTable {
     const char *badMethodPath = nullptr;
     const char *emptyMethodKey = nullptr;
 };
+
+// --- Listing records
+
+// How far the record that is being made has come.
+enum class RecordState : std::uint8_t { NoRecord, KeysOnly, LeftOut, Filled };
+
+// The records of one operation. A class that lists them asks its back ends for the same, whatever the
+// operation is; but a record that nobody needs any longer gives its place to the next one: a name goes to the
+// client as soon as its keys are set, and of GetInstance's records only the wanted one stays.
+struct RecordListing {
+    const ClassTable &table;
+    bool namesOnly = false;
+    const char *const *wantedKeys = nullptr; // of the one record that GetInstance wants; NULL for all
+    struct NameAnswer *names = nullptr;      // what EnumerateInstanceNames answers
+    void *block = nullptr;
+    int count = 0; // records that stay; the one that is being made is behind them
+    RecordState state = RecordState::NoRecord;
+};
+
+// The same, bound to the record's type.
+template <typename R> struct Listing {
+    RecordListing &records;
+    bool namesOnly = records.namesOnly;
+};
+template <typename R, int (*list)(Listing<R>)> int ListUntyped(RecordListing &records) {
+    return list({records});
+}
+
+// Makes room for `number` records; false with a trace line. Everything that can fail, and what names need of
+// back ends, comes before the first record.
+bool StartRecords(RecordListing &records, int number, const char *file, int line);
+template <typename R>
+bool StartRecords(Listing<R> listing, int number, const char *file = __builtin_FILE(),
+                  int line = __builtin_LINE()) {
+    return StartRecords(listing.records, number, file, line);
+}
+
+// Whether no record is wanted of a row with this text in the field of a key, which is as wide as the
+// record's: where nothing is asked of back ends, the row is left out without a record.
+template <typename R, std::size_t N>
+bool LeavesOut(Listing<R> listing, std::size_t key, const char (&field)[N]) {
+    const char *const *wanted = listing.records.wantedKeys;
+    return wanted != nullptr && (wanted[key] == nullptr || std::strncmp(wanted[key], field, N - 1) != 0);
+}
+
+// An empty record for the next row. The one before is whole by now.
+void *NextRecord(RecordListing &records);
+template <typename R> R &NextRecord(Listing<R> listing) {
+    return *static_cast<R *>(NextRecord(listing.records));
+}
+
+// Whether a record that has its keys is to be filled: each one, where that asks back ends, or just those that
+// an instance is made of.
+bool FillsEach(RecordListing &records);
+template <typename R> bool FillsEach(Listing<R> listing) {
+    return FillsEach(listing.records);
+}
+bool FillsThis(RecordListing &records);
+template <typename R> bool FillsThis(Listing<R> listing) {
+    return FillsThis(listing.records);
+}
+
+// The Enum of a class that lists its records: without any, *recordBlock and *count stay as they were.
+int EnumerateListed(const ClassTable &table, void **recordBlock, int *count, int namesOnly);
+template <typename R> int EnumerateListed(const ClassTable &table, R **records, int *count, int namesOnly) {
+    void *block = nullptr;
+    const int result = EnumerateListed(table, &block, count, namesOnly);
+    if (block != nullptr) {
+        *records = static_cast<R *>(block);
+    }
+    return result;
+}
+
+// --- Operations
 
 // The operations of a class; their arguments are those of the exported operations of a class.
 //
@@ -280,9 +363,13 @@ int SetRecord(const RecordTable &table, const CMPIBroker *broker, const CMPIInst
 // The names of the key list, for PH_OEM_CheckForValidObjectPath.
 const char *const *KeyNames(const ClassTable &table, const char *(&names)[max_keys]);
 
-// Frees records that own nothing else; *records may be NULL.
-template <typename R> void CleanRecords(const ClassTable &table, R **records) {
+// Frees records and, by the table's column for that, the blocks that `count` of them own; *records may be
+// NULL.
+template <typename R> void CleanRecords(const ClassTable &table, R **records, int count = 0) {
     TRACE_FROM(table.record.file, table.record.line, TraceProgress, "Entering PH_OEM_Clean_%s", table.name);
+    for (int i = 0; *records != nullptr && i < count; ++i) {
+        table.freeOwned(*records + i);
+    }
     std::free(*records);
     *records = nullptr;
 }
@@ -417,6 +504,13 @@ std::span<const ClassTable *const> AllClasses();
 
 // The same for a class that has its own PH_OEM_Clean_<C>, with the number of records.
 #define EXPORT_OWNING_CLASS(C, text, ...) EXPORT_OPERATIONS(C, text, __VA_ARGS__)
+
+// Exports the Enum of a class that has `.list`, behind EXPORT_CLASS.
+#define EXPORT_ENUM(C)                                                                                       \
+    int PH_OEM_Enum_##C##_Instance(C##Record **records, int *count, int namesOnly) {                         \
+        return EnumerateListed(C##Class, records, count, namesOnly);                                         \
+    }                                                                                                        \
+    static_assert(true)
 
 // Exports PH_OEM_IM_<C>, behind EXPORT_CLASS, for a class that has `.methods`.
 #define EXPORT_METHODS(C)                                                                                    \

@@ -27,7 +27,7 @@ EXPORTED_DATA pthread_mutex_t ph_oem_notify_mutex;
 EXPORTED void zbr_debugout_oemcim(int level, const char *file, int line, const char *format, ...)
     __attribute__((format(printf, 4, 5)));
 
-inline bool TraceEnabled() {
+[[gnu::always_inline]] inline bool TraceEnabled() {
     return std::atomic_ref(zbr_debug_oemcim.enable).load(std::memory_order_relaxed) != 0;
 }
 

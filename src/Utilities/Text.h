@@ -1,17 +1,24 @@
 // Bounded copies between the fixed text fields of rows and records.
 #pragma once
 
-#include <cstdarg>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
-// Copies at most size - 1 characters of a text that may fill its field of `limit` bytes without a NUL.
-// Nothing is written behind the copy's NUL: records are zeroed when they are made.
-void CopyBounded(char *destination, std::size_t size, const char *source, std::size_t limit);
+// Copies a text of which at most `limit` characters are looked at; the destination has room for as many and a
+// NUL. Nothing is written behind it: records are zeroed when they are made.
+void CopyUpTo(char *destination, const char *source, std::size_t limit);
 
-// From a row's field to a record's field.
-template <std::size_t N, std::size_t M> void CopyText(char (&destination)[N], const char (&source)[M]) {
+// The same to a destination of `size` bytes: one that the text doesn't fit in gets its first characters.
+[[gnu::always_inline]] inline void CopyBounded(char *destination, std::size_t size, const char *source,
+                                               std::size_t limit) {
+    CopyUpTo(destination, source, limit < size ? limit : size - 1);
+}
+
+// From a row's field, which the text may fill without a NUL, to a record's field.
+template <std::size_t N, std::size_t M>
+[[gnu::always_inline]] inline void CopyText(char (&destination)[N], const char (&source)[M]) {
     CopyBounded(destination, N, source, M);
 }
 
@@ -31,16 +38,32 @@ template <std::size_t N> const char *EndedText(const char (&field)[N], char (&co
 
 // From a terminated text to a record's field.
 template <std::size_t N> void SetText(char (&destination)[N], const char *source) {
-    CopyBounded(destination, N, source, static_cast<std::size_t>(-1));
+    CopyUpTo(destination, source, N - 1);
 }
 
-// A formatted text, cut where it doesn't fit.
-template <std::size_t N>
-__attribute__((format(printf, 2, 3))) void FormatText(char (&destination)[N], const char *format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(destination, N, format, arguments);
-    va_end(arguments);
+// The end of a text that is put together, and how many characters still fit behind it.
+struct TextTail {
+    char *next;
+    std::size_t room;
+    bool isCut;
+};
+
+// A number in hexadecimal digits, of which letters are small.
+struct Hexadecimal {
+    std::uint32_t value;
+};
+
+void AppendPart(TextTail &tail, const char *text);
+void AppendPart(TextTail &tail, int number);
+void AppendPart(TextTail &tail, Hexadecimal number);
+
+// Puts texts and numbers together, cut where they don't fit; false then. A log entry has half a dozen such
+// texts, and snprintf would be most of what it costs.
+template <std::size_t N, typename... Parts> bool JoinText(char (&destination)[N], const Parts &...parts) {
+    TextTail tail = {destination, N - 1, false};
+    (AppendPart(tail, parts), ...);
+    *tail.next = '\0';
+    return !tail.isCut;
 }
 
 // A text with the name in a row's field for its %s, cut where it doesn't fit.

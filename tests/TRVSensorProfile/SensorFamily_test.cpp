@@ -186,6 +186,18 @@ TEST_F(SensorFamily, MoreStatesThanThereAreSlotsAreCutOff) {
     }
 }
 
+TEST_F(SensorFamily, ASensorThatIsAskedForHasNothingOfTheOnesBeforeIt) {
+    const auto get = [this](const char *name) {
+        return this->get("TemperatureSensor.SystemCreationClassName=\"TRV_oVTABaseServer\",CreationClassName="
+                         "\"TRV_oVTATemperatureSensor\",SystemName=\"MVR7420220815\",DeviceID=\"" +
+                         std::string(name) + '"');
+    };
+    sp::fail("Zbr_CimIpmi_GetTmpSensorNumOfPossibleState", {.at = 2, .result = 2});
+    EXPECT_EQ(get("Systemboard 1").value(0, "PossibleStates"), "{Normal, Lower Non-Critical}");
+    EXPECT_EQ(get("Systemboard 2").value(0, "PossibleStates"), threshold_states);
+    EXPECT_EQ(wraps::liveBlocks(), 0);
+}
+
 TEST_F(SensorFamily, AStateWithoutMemoryEndsTheListOfItsSensor) {
     constexpr char line[] = "Memory Allocation Failed for PossibleStates";
     int first = 0; // of the first sensor's texts; before them are the records, names and threshold lists

@@ -40,6 +40,12 @@ TEST_F(ClassFrame, AKeyMustFitToTheCaseAndFailsInTheWordsOfAnyFailure) {
     EXPECT_TRUE(traced("Failed in PH_OEM_Enum_RegisteredProfile_Instance"));
 }
 
+TEST_F(ClassFrame, OfRowsWithTheSameKeyTheFirstIsGiven) {
+    sp::sql("UPDATE registered_profile SET InstanceID = 'P:2'");
+    EXPECT_EQ(get("RegisteredProfile.InstanceID=\"P:2\"").value(0, "RegisteredName"), "Name of P:1");
+    EXPECT_EQ(names("RegisteredProfile").size(), 3U);
+}
+
 TEST_F(ClassFrame, AKeyThatCameAsAnIntegerFitsNothing) {
     const auto caller = request();
     CMPIObjectPath *cop = CMNewObjectPath(cmpi(), name_space, "TRV_oVTARegisteredProfile", nullptr);
