@@ -2,25 +2,23 @@
 
 #include "platform/sp/sp.h"
 #include "target.h"
+#include "tests/support/folder.h"
 
 #include <filesystem>
-#include <unistd.h>
 
 namespace {
 
 namespace fs = std::filesystem;
 
 // Gone with the process, unless that is stopped by a finding.
-struct Folder {
-    const fs::path path = fs::path("/dev/shm") / ("vch-fuzz-" + std::to_string(getpid()));
-    Folder() {
-        fs::remove_all(path);
-        fs::create_directories(path);
-        sp::create_store(path / "sample.db");
-        sp::use_store(path / "sample.db");
+struct Stores {
+    const Folder folder;
+    const fs::path sample = folder / "sample.db";
+    Stores() {
+        sp::create_store(sample);
+        sp::use_store(sample);
         sp::sql("PRAGMA wal_checkpoint(TRUNCATE)"); // copies of the file alone must be whole
     }
-    ~Folder() { fs::remove_all(path); }
 };
 
 } // namespace
@@ -49,7 +47,7 @@ broker::RequestPointer beginRequest() {
 
 // A store of another name each time, as connections to the one before are open until the next call.
 void restoreServer() {
-    static const Folder folder;
+    static const Stores stores;
     static fs::path store;
     static unsigned number = 0;
     for (const char *beside : {"", "-wal", "-shm"}) {
@@ -57,8 +55,8 @@ void restoreServer() {
             fs::remove(store.string() + beside);
         }
     }
-    store = folder.path / (std::to_string(++number) + ".db");
-    fs::copy_file(folder.path / "sample.db", store);
+    store = stores.folder / (std::to_string(++number) + ".db");
+    fs::copy_file(stores.sample, store);
     sp::use_store(store);
 }
 

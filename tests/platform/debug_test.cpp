@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "folder.h"
+#include "support/folder.h"
 
 namespace {
 

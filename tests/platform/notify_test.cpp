@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "folder.h"
+#include "support/folder.h"
 
 namespace {
 

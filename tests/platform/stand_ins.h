@@ -3,9 +3,9 @@
 
 #include <stdexcept>
 
-#include "folder.h"
 #include "libCIMBaseHooks.h"
 #include "support/fixture.h"
+#include "support/folder.h"
 
 using SampleServer = ServiceProcessorTest;
 

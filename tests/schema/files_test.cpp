@@ -2,11 +2,11 @@
 #include "toy.h"
 
 #include "broker/mof.h"
+#include "support/folder.h"
 
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 namespace {
 
@@ -179,7 +179,8 @@ TEST_F(Files, APageSaysWhatTheTablesSayAndTheIndexHasEveryClass) {
 // --- Writing
 
 struct Writing : Files {
-    const fs::path folder = fs::temp_directory_path() / ("generated." + std::to_string(::getpid()));
+    const Folder temporary;
+    const fs::path folder = temporary.path;
     generator::Output output;
 
     Writing() {
@@ -187,7 +188,6 @@ struct Writing : Files {
         fs::create_directories(folder / "docs/classes");
         fs::create_directories(folder / "schema");
     }
-    ~Writing() override { fs::remove_all(folder); }
 };
 
 TEST_F(Writing, PutsEveryFileInItsPlaceAndRemovesNothingButThePageOfAClassThatIsGone) {

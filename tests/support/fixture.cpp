@@ -1,42 +1,40 @@
 #include "support/fixture.h"
 
+#include "support/folder.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <unistd.h>
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// The stores of a test program lie in memory, in a folder that goes with it.
-struct Folder {
-    fs::path path = fs::path("/dev/shm") / ("vch-test-" + std::to_string(getpid()));
-    Folder() {
-        fs::create_directories(path);
-        sp::create_store(sample());
+// The stores of a test program lie in memory, in a folder that goes with it, also when it can't be filled.
+struct Stores {
+    const Folder folder;
+    const fs::path sample = folder / "sample.db";
+    const fs::path trace = folder / "trace";
+    int number = 0;
+
+    Stores() {
+        sp::create_store(sample);
         // Before the library writes its first trace line, which is when the diagnostic library looks.
-        setenv("VCH_TRACE", trace().c_str(), 1);
-        sp::use_store(sample());
+        setenv("VCH_TRACE", trace.c_str(), 1);
+        sp::use_store(sample);
         sp::sql("UPDATE configuration_variable SET value = 256 + 512 WHERE id = " +
                 std::to_string(sp::trace_mask_variable));
         sp::sql("UPDATE simulation SET Walk = 0, StoppedAt = 1780000000"); // readings and clock stand still
         sp::sql("PRAGMA wal_checkpoint(TRUNCATE)"); // copies of the file alone must be whole
-        std::ofstream{trace()};
+        std::ofstream{trace};
     }
-    ~Folder() { fs::remove_all(path); }
-    fs::path sample() const { return path / "sample.db"; }
-    fs::path trace() const { return path / "trace"; }
-    fs::path newStore() {
-        static int number = 0;
-        return path / ("store" + std::to_string(++number) + ".db");
-    }
+    fs::path newStore() { return folder / ("store" + std::to_string(++number) + ".db"); }
 };
 
-Folder &folder() {
-    static Folder folder;
-    return folder;
+Stores &stores() {
+    static Stores stores;
+    return stores;
 }
 
 broker::PropertyList listOf(PropertyNames &properties) {
@@ -120,12 +118,12 @@ int Reply::find(const char *property, const std::string &text) const {
 // --- Fixture
 
 // A store of its own for each test: connections to the one before may still be open in other threads.
-ServiceProcessorTest::ServiceProcessorTest() : store(folder().newStore()) {
-    fs::copy_file(folder().sample(), store);
+ServiceProcessorTest::ServiceProcessorTest() : store(stores().newStore()) {
+    fs::copy_file(stores().sample, store);
     sp::use_store(store);
     sp::clear_faults();
     wraps::reset();
-    fs::resize_file(folder().trace(), 0);
+    fs::resize_file(stores().trace, 0);
     sp::start_journal();
     theBroker();
 }
@@ -224,7 +222,7 @@ Reply ServiceProcessorTest::invoke(const std::string &pathText, const char *meth
 
 std::string ServiceProcessorTest::trace() {
     std::stringstream text;
-    text << std::ifstream(folder().trace()).rdbuf();
+    text << std::ifstream(stores().trace).rdbuf();
     return text.str();
 }
 

@@ -3,6 +3,7 @@
 #include "broker/broker.h"
 #include "platform/sp/notify.h"
 #include "platform/sp/sp.h"
+#include "support/folder.h"
 
 #include <gtest/gtest.h>
 
@@ -102,19 +103,15 @@ void loadAskAndUnload() {
 // A server of the test's own, a trace file, so that the library starts its thread, and the queues that it
 // needs.
 struct Loading : testing::Test {
-    const fs::path folder = fs::temp_directory_path() / ("vch-loading-" + std::to_string(getpid()));
+    const Folder folder;
 
     Loading() {
-        fs::create_directories(folder);
         sp::create_store(folder / "store.db");
         sp::use_store(folder / "store.db");
         sp::create_notify_queues();
         setenv("VCH_TRACE", (folder / "trace").c_str(), 1);
     }
-    ~Loading() override {
-        sp::remove_notify_queues();
-        fs::remove_all(folder);
-    }
+    ~Loading() override { sp::remove_notify_queues(); }
 };
 
 TEST_F(Loading, AHundredTimesLeavesNothingBehindAndNoThreadInUnmappedCode) {

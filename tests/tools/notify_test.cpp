@@ -26,10 +26,7 @@ struct Notify : Tool {
         Tool::SetUp();
         ASSERT_EQ(vch({"sp", "notify", "create"}).code, 0);
     }
-    void TearDown() override {
-        sp::remove_notify_queues();
-        Tool::TearDown();
-    }
+    void TearDown() override { sp::remove_notify_queues(); }
 
     static int queue(int project) { return msgget(ftok(sp::notify_file().c_str(), project), 0); }
 

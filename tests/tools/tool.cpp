@@ -13,17 +13,9 @@
 #include <sstream>
 
 void Tool::SetUp() {
-    std::string name = testing::TempDir() + "vch-XXXXXX";
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    folder = name;
-    store = folder + "/store.db";
     sp::create_store(store);
     sp::use_store(store);
     environment = {{"VCH_STORE", store}, {"COLUMNS", "100"}};
-}
-
-void Tool::TearDown() {
-    std::filesystem::remove_all(folder);
 }
 
 namespace {

@@ -1,6 +1,8 @@
 // Runs vch as a process, on a store of its own.
 #pragma once
 
+#include "support/folder.h"
+
 #include <gtest/gtest.h>
 
 #include <sys/types.h>
@@ -17,11 +19,11 @@ struct Ended {
 
 /** A folder of its own with a fresh sample store in it; both are gone after the test. */
 struct Tool : testing::Test {
-    std::string folder, store;
+    const Folder temporary;
+    const std::string folder = temporary.path, store = temporary / "store.db";
     std::map<std::string, std::string> environment; ///< for the next runs, on top of the test's own
 
     void SetUp() override;
-    void TearDown() override;
 
     /** Runs vch with these arguments, its output to files as to a pipe. */
     Ended vch(const std::vector<std::string> &arguments) const;
