@@ -59,6 +59,11 @@ void FillRecord(R &record, const Row &row) {
     }
 }
 
+// All other fields are written for each row.
+void Recycle(void *record) {
+    std::ranges::fill(static_cast<R *>(record)->ImplementedFeatures, nullptr);
+}
+
 int List(Listing<R> listing) {
     std::uint32_t handle = 0;
     OEMDBOwner handleOwner{&handle};
@@ -97,5 +102,5 @@ int List(Listing<R> listing) {
 } // namespace
 
 EXPORT_CLASS(RegisteredProfile, "A management profile that this service processor implements.",
-             .superclass = "CIM_RegisteredProfile", .list = ListUntyped<R, List>);
+             .superclass = "CIM_RegisteredProfile", .list = ListUntyped<R, List>, .recycle = Recycle);
 EXPORT_ENUM(RegisteredProfile);

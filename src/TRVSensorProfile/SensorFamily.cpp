@@ -32,8 +32,11 @@ void SetSensorKeys(NumericSensorRecord &record, const char *className, const cha
 }
 
 void SetSensorName(NumericSensorRecord &record) {
-    CopyText(record.ElementName, record.DeviceID);
-    CopyText(record.Caption, record.DeviceID);
+    const std::size_t size = std::strlen(record.DeviceID) + 1;
+    static_assert(sizeof record.ElementName == sizeof record.DeviceID &&
+                  sizeof record.Caption == sizeof record.DeviceID);
+    std::memcpy(record.ElementName, record.DeviceID, size);
+    std::memcpy(record.Caption, record.DeviceID, size);
 }
 
 void SetWell(NumericSensorRecord &record) {

@@ -90,14 +90,13 @@ template <typename R> void FreePossibleStates(void *record) {
 }
 
 // Another for those whose possible states come from FillPossibleStates, which takes the texts that are there.
-// The keys that all sensors share stay too; they lie before the fourth.
 template <typename R> void RecycleSensor(void *record) {
-    constexpr std::size_t name = offsetof(NumericSensorRecord, DeviceID);
+    constexpr std::size_t behind_keys = offsetof(NumericSensorRecord, SensorType);
     constexpr std::size_t states = offsetof(NumericSensorRecord, PossibleStates);
-    constexpr std::size_t behind = states + sizeof(NumericSensorRecord::PossibleStates);
+    constexpr std::size_t behind_states = states + sizeof(NumericSensorRecord::PossibleStates);
     auto *bytes = static_cast<char *>(record);
-    std::memset(bytes + name, 0, states - name);
-    std::memset(bytes + behind, 0, sizeof(R) - behind);
+    std::memset(bytes + behind_keys, 0, states - behind_keys);
+    std::memset(bytes + behind_states, 0, sizeof(R) - behind_states);
     ClearSensor<R>(record);
 }
 

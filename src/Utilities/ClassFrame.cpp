@@ -48,30 +48,49 @@ bool KeysEqual(std::span<const KeyColumn> keys, const char *const *values, const
 
 // --- Listing records
 
-// The answer of EnumerateInstanceNames.
-struct NameAnswer {
+// What EnumerateInstances and EnumerateInstanceNames answer with, record by record.
+struct RecordAnswer {
     const CMPIBroker *broker;
     const CMPIObjectPath *cop;
+    const char **properties; // of the instances
     const CMPIResult *rslt;
+    bool namesOnly;
     int count = 0;
-    bool isFailed = false; // nothing is returned behind the first name that can't be made
+    bool isFailed = false; // nothing is returned behind the first object that can't be made
 };
 
 namespace {
 
-void AnswerName(const ClassTable &table, NameAnswer &names, const void *record) {
-    if (names.isFailed) {
-        return;
-    }
+bool AnswerName(const ClassTable &table, const RecordAnswer &answer, const void *record) {
     CMPIStatus status = {CMPI_RC_OK, nullptr};
-    const CMPIObjectPath *path = MakePath(table, names.broker, names.cop, record, &status);
+    const CMPIObjectPath *path = MakePath(table, answer.broker, answer.cop, record, &status);
     if (path == nullptr || status.rc != CMPI_RC_OK) {
-        TRACE_CLASS(TraceFailure, "Inst=%d Failed in PH_OEM_MakePath_%s", names.count, table.name);
-        names.isFailed = true;
-        return;
+        TRACE_CLASS(TraceFailure, "Inst=%d Failed in PH_OEM_MakePath_%s", answer.count, table.name);
+        return false;
     }
-    ++names.count;
-    CMReturnObjectPath(names.rslt, path);
+    CMReturnObjectPath(answer.rslt, path);
+    return true;
+}
+
+bool AnswerInstance(const ClassTable &table, const RecordAnswer &answer, const void *record) {
+    CMPIStatus status = {CMPI_RC_OK, nullptr};
+    const CMPIInstance *inst =
+        MakeInstance(table, answer.broker, answer.cop, answer.properties, record, &status);
+    if (inst == nullptr || status.rc != CMPI_RC_OK) {
+        TRACE_CLASS(TraceFailure, "Failed in PH_OEM_MakeInst_%s", table.name);
+        return false;
+    }
+    CMReturnInstance(answer.rslt, inst);
+    return true;
+}
+
+void AnswerRecord(const ClassTable &table, RecordAnswer &answer, const void *record) {
+    if (!answer.isFailed) {
+        const bool isAnswered =
+            answer.namesOnly ? AnswerName(table, answer, record) : AnswerInstance(table, answer, record);
+        answer.isFailed = !isAnswered;
+        ++answer.count;
+    }
 }
 
 // The first record with the wanted keys is the one.
@@ -91,25 +110,32 @@ void FreeOwned(const ClassTable &table, void *record) {
     }
 }
 
+// Whether a record gives its place to the next one.
+bool KeepsOneRecord(const RecordListing &records) {
+    return records.answer != nullptr || records.wantedKeys != nullptr;
+}
+
 void EndRecord(RecordListing &records) {
     const RecordState state = std::exchange(records.state, RecordState::NoRecord);
-    if (records.names == nullptr && records.wantedKeys == nullptr) {
+    if (!KeepsOneRecord(records) || (records.wantedKeys != nullptr && state == RecordState::Filled)) {
         ++records.count;
         return;
     }
     const ClassTable &table = records.table;
     void *record = RecordAt(records, records.count);
-    if (records.names != nullptr) {
-        AnswerName(table, *records.names, record);
-    } else if (state != RecordState::LeftOut && IsWantedRecord(records, record)) {
-        ++records.count;
-    } else if (state == RecordState::Filled && table.recycle != nullptr) {
-        table.recycle(record);
-    } else if (state == RecordState::Filled) {
-        FreeOwned(table, record);
-        std::memset(record, 0, table.recordSize);
-        ClearRecord(table, record);
+    if (records.answer != nullptr) {
+        AnswerRecord(table, *records.answer, record);
     }
+    if (state != RecordState::Filled && state != RecordState::FilledForNothing) {
+        return;
+    }
+    if (table.recycle != nullptr) {
+        records.isUsed = true;
+        return;
+    }
+    FreeOwned(table, record);
+    std::memset(record, 0, table.recordSize);
+    ClearRecord(table, record);
 }
 
 int ListRecords(RecordListing &records) {
@@ -117,7 +143,7 @@ int ListRecords(RecordListing &records) {
     TRACE_CLASS(TraceProgress, "Entering PH_OEM_Enum_%s_Instance", table.name);
     const int result = table.list(records);
     NextRecord(records); // ends the last one
-    if (records.wantedKeys != nullptr && records.block != nullptr) {
+    if (KeepsOneRecord(records) && records.block != nullptr) {
         FreeOwned(table, RecordAt(records, records.count)); // recycled
     }
     return result;
@@ -157,7 +183,7 @@ bool EnumerateRecords(RecordListing &records) {
 } // namespace
 
 bool StartRecords(RecordListing &records, int number, const char *file, int line) {
-    const int places = records.names != nullptr ? 1 : records.wantedKeys != nullptr ? 2 : number;
+    const int places = records.answer != nullptr ? 1 : records.wantedKeys != nullptr ? 2 : number;
     records.block = std::calloc(static_cast<std::size_t>(places), records.table.recordSize);
     if (records.block == nullptr) {
         TRACE_FROM(file, line, TraceFailure, "memory allocation failed");
@@ -177,19 +203,29 @@ void *NextRecord(RecordListing &records) {
     return RecordAt(records, records.count);
 }
 
-bool FillsEach(RecordListing &records) {
-    records.state = records.namesOnly ? RecordState::KeysOnly : RecordState::Filled;
-    return !records.namesOnly;
-}
+namespace {
 
-bool FillsThis(RecordListing &records) {
+bool FillsRecord(RecordListing &records, RecordState stateOfUnwanted) {
     if (records.namesOnly) {
         return false;
     }
-    const bool isWanted =
-        records.wantedKeys == nullptr || IsWantedRecord(records, RecordAt(records, records.count));
-    records.state = isWanted ? RecordState::Filled : RecordState::LeftOut;
-    return isWanted;
+    void *record = RecordAt(records, records.count);
+    const bool isWanted = records.wantedKeys == nullptr || IsWantedRecord(records, record);
+    records.state = isWanted ? RecordState::Filled : stateOfUnwanted;
+    if (isWanted && std::exchange(records.isUsed, false)) {
+        records.table.recycle(record);
+    }
+    return records.state != RecordState::KeysOnly;
+}
+
+} // namespace
+
+bool FillsEach(RecordListing &records) {
+    return FillsRecord(records, RecordState::FilledForNothing);
+}
+
+bool FillsThis(RecordListing &records) {
+    return FillsRecord(records, RecordState::KeysOnly);
 }
 
 int EnumerateListed(const ClassTable &table, void **recordBlock, int *count, int namesOnly) {
@@ -256,40 +292,38 @@ void GetInstance(const ClassTable &table, const CMPIBroker *broker, const CMPICo
     CMReturnInstance(rslt, inst);
 }
 
+namespace {
+
+// Answers with all records: as the class lists them, or once its Enum is done. False on failure.
+bool AnswerRecords(const ClassTable &table, RecordAnswer &answer) {
+    RecordListing records{.table = table, .namesOnly = answer.namesOnly, .answer = &answer};
+    const RecordsOwner owner{&records};
+    if (!EnumerateRecords(records)) {
+        return false;
+    }
+    for (int i = 0; i < records.count && !answer.isFailed; ++i) {
+        AnswerRecord(table, answer, RecordAt(records, i));
+    }
+    return !answer.isFailed;
+}
+
+} // namespace
+
 void EnumerateInstances(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *,
                         const CMPIObjectPath *cop, const char **properties, const CMPIResult *rslt,
                         CMPIStatus *status) {
     TRACE_CLASS(TraceProgress, "Entering PH_OEM_EI_%s", table.name);
-    RecordListing records{table};
-    const RecordsOwner owner{&records};
-    const auto fail = [&] { SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance"); };
-
-    if (!EnumerateRecords(records)) {
-        return fail();
-    }
-    CMPIStatus ownStatus = {CMPI_RC_OK, nullptr};
-    for (int i = 0; i < records.count; ++i) {
-        const CMPIInstance *inst =
-            MakeInstance(table, broker, cop, properties, RecordAt(records, i), &ownStatus);
-        if (inst == nullptr || ownStatus.rc != CMPI_RC_OK) {
-            TRACE_CLASS(TraceFailure, "Failed in PH_OEM_MakeInst_%s", table.name);
-            return fail();
-        }
-        CMReturnInstance(rslt, inst);
+    RecordAnswer answer = {broker, cop, properties, rslt, false};
+    if (!AnswerRecords(table, answer)) {
+        SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance");
     }
 }
 
 void EnumerateInstanceNames(const ClassTable &table, const CMPIBroker *broker, const CMPIContext *,
                             const CMPIObjectPath *cop, const CMPIResult *rslt, CMPIStatus *status) {
     TRACE_CLASS(TraceProgress, "Entering PH_OEM_EIN_%s", table.name);
-    NameAnswer names = {broker, cop, rslt};
-    RecordListing records{.table = table, .namesOnly = true, .names = &names};
-    const RecordsOwner owner{&records};
-    bool isDone = EnumerateRecords(records);
-    for (int i = 0; isDone && i < records.count; ++i) {
-        AnswerName(table, names, RecordAt(records, i));
-    }
-    if (!isDone || names.isFailed) {
+    RecordAnswer answer = {broker, cop, nullptr, rslt, true};
+    if (!AnswerRecords(table, answer)) {
         SetStatus(broker, status, CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance Names");
     }
 }

@@ -215,7 +215,8 @@ struct ClassTable {
 
     // In a class that lists its records row by row, from which the frame makes the Enum. Behind it, where
     // records need it: what brings a zeroed record into its empty form, what frees the blocks that a record
-    // owns, and what empties one that was filled for nothing but keeps its blocks for the next row.
+    // owns, and what makes one that an earlier row filled fit for the next, whose keys it has already; its
+    // blocks may stay. Without the last it is zeroed.
     int (*list)(struct RecordListing &listing) = nullptr;
     void (*clear)(void *record) = nullptr;
     void (*freeOwned)(void *record) = nullptr;
@@ -246,19 +247,27 @@ struct ClassTable {
 // --- Listing records
 
 // How far the record that is being made has come.
-enum class RecordState : std::uint8_t { NoRecord, KeysOnly, LeftOut, Filled };
+enum class RecordState : std::uint8_t {
+    NoRecord,
+    KeysOnly,
+    Filled,
+    FilledForNothing, // back ends are asked all the same
+};
 
 // The records of one operation. A class that lists them asks its back ends for the same, whatever the
 // operation is; but a record that nobody needs any longer gives its place to the next one: a name goes to the
-// client as soon as its keys are set, and of GetInstance's records only the wanted one stays.
+// client as soon as its keys are set, an instance as soon as its record is whole, and of GetInstance's
+// records only the wanted one stays. So a client may have the first sensors while others are still being
+// read, and ten thousand rows need no more memory for records than one.
 struct RecordListing {
     const ClassTable &table;
     bool namesOnly = false;
     const char *const *wantedKeys = nullptr; // of the one record that GetInstance wants; NULL for all
-    struct NameAnswer *names = nullptr;      // what EnumerateInstanceNames answers
+    struct RecordAnswer *answer = nullptr;   // where the records go at once, if they do
     void *block = nullptr;
     int count = 0; // records that stay; the one that is being made is behind them
     RecordState state = RecordState::NoRecord;
+    bool isUsed = false; // the place of the one being made has what an earlier row left, to be recycled
 };
 
 // The same, bound to the record's type.
@@ -293,8 +302,8 @@ template <typename R> R &NextRecord(Listing<R> listing) {
     return *static_cast<R *>(NextRecord(listing.records));
 }
 
-// Whether a record that has its keys is to be filled: each one, where that asks back ends, or just those that
-// an instance is made of.
+// Whether a record that has its keys is to be filled, which each one is asked: all of them, where that asks
+// back ends, or just those that an instance is made of.
 bool FillsEach(RecordListing &records);
 template <typename R> bool FillsEach(Listing<R> listing) {
     return FillsEach(listing.records);
