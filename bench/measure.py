@@ -30,11 +30,6 @@ THREADS_TARGET = 1.9
 # unless it is told to use its vector loops.
 TUNABLES = "glibc.cpu.x86_rep_stosb_threshold=1000000000:glibc.cpu.x86_rep_movsb_threshold=1000000000"
 
-# What misses a target by now, and how far at 20 rows: ./check keeps it from getting worse.
-# The texts of a sensor's possible states are blocks of their own, of which all sensors together have a hundred.
-KNOWN = {
-    "frame, whole, TemperatureSensor EI": 1.15,
-}
 MARGIN = 1.03  # of a ratio in ./check: other processors and C libraries take other vector loops
 
 results = {}
@@ -59,7 +54,7 @@ def table(headings, rows):
 def ratio(value, base, target, what):
     """Text of a ratio, marked when it passes its target."""
     quotient = value / base
-    limit = target if margin == 1 else max(target, KNOWN.get(what, 0)) * margin
+    limit = target * margin
     if quotient > limit:
         missed.append(f"{what}: {quotient:.3f}, target {target}" + (f", limit {limit:.3f}" if limit > target else ""))
     return f"{quotient:.3f}" + (" !" if quotient > target else "")
