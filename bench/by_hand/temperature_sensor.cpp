@@ -4,9 +4,7 @@
 #include "libzbr_cimcore.h"
 #include "libzbr_cimipmi.h"
 
-#include <algorithm>
 #include <iterator>
-#include <optional>
 
 namespace {
 
@@ -14,22 +12,26 @@ constexpr char class_name[] = "TRV_oVTATemperatureSensor";
 constexpr char system_class[] = "TRV_oVTABaseServer";
 constexpr std::size_t state_size = 64;
 
-constexpr CMPICount most_states = 64;
-
-// What is read of a sensor for its instance.
+// What is read of a sensor before its instance is made.
 struct Reading {
     std::int32_t current, upperNonCritical, upperCritical;
     char state[32];
-    char possibleStates[most_states][state_size];
+    char *possibleStates; // of `state_size` each
     CMPICount possibleStateCount;
 };
 
 struct Sensors {
     FullSdrRow *rows = nullptr;
+    Reading *readings = nullptr; // not for the names
     int count = 0;
     char serverName[256];
-    std::optional<Session> session;
-    ~Sensors() { std::free(rows); }
+    ~Sensors() {
+        for (int i = 0; readings != nullptr && i < count; ++i) {
+            std::free(readings[i].possibleStates);
+        }
+        std::free(readings);
+        std::free(rows);
+    }
 };
 
 float PowerOfTen(int exponent) {
@@ -52,10 +54,14 @@ std::int32_t Convert(const FullSdrRow &row, float offset, float scale, std::uint
 
 void ReadSensor(IpmiSession *session, FullSdrRow &row, Reading &reading) {
     const int states = Zbr_CimIpmi_GetTmpSensorNumOfPossibleState();
-    reading.possibleStateCount = std::min(most_states, static_cast<CMPICount>(std::max(states, 0)));
-    for (CMPICount i = 0; i < reading.possibleStateCount; ++i) {
-        std::memset(reading.possibleStates[i], 0, state_size);
-        Zbr_CimIpmi_GetTmpSensorPossibleState(static_cast<int>(i), reading.possibleStates[i], state_size);
+    if (states > 0) {
+        reading.possibleStates =
+            static_cast<char *>(std::calloc(static_cast<std::size_t>(states), state_size));
+    }
+    for (int i = 0; reading.possibleStates != nullptr && i < states && i < 64; ++i) {
+        Zbr_CimIpmi_GetTmpSensorPossibleState(
+            i, reading.possibleStates + state_size * static_cast<unsigned>(i), state_size);
+        ++reading.possibleStateCount;
     }
     std::uint8_t raw = 0;
     std::uint8_t state = 0;
@@ -85,8 +91,7 @@ bool ReadRows(Sensors &sensors) {
     return isRead;
 }
 
-// The rows, and the session in which they are read. False on failure.
-bool StartSensors(Sensors &sensors) {
+bool ReadSensors(Sensors &sensors, bool namesOnly) {
     if (!ReadRows(sensors)) {
         return false;
     }
@@ -95,8 +100,22 @@ bool StartSensors(Sensors &sensors) {
         return true;
     }
     ReadServerName(sensors.serverName);
-    sensors.session.emplace();
-    return sensors.session->isOpen;
+    Session session;
+    if (!session.isOpen) {
+        return false;
+    }
+    if (namesOnly) {
+        return true;
+    }
+    sensors.readings =
+        static_cast<Reading *>(std::calloc(static_cast<std::size_t>(sensors.count), sizeof(Reading)));
+    if (sensors.readings == nullptr) {
+        return false;
+    }
+    for (int i = 0; i < sensors.count; ++i) {
+        ReadSensor(&session.session, sensors.rows[i], sensors.readings[i]);
+    }
+    return true;
 }
 
 bool SetThresholds(const CMPIBroker *broker, const Instance &instance, const char *name) {
@@ -106,18 +125,18 @@ bool SetThresholds(const CMPIBroker *broker, const Instance &instance, const cha
 }
 
 bool SetPossibleStates(const CMPIBroker *broker, const Instance &instance, const Reading &reading) {
-    const char *texts[most_states];
+    const char *texts[64];
     for (CMPICount i = 0; i < reading.possibleStateCount; ++i) {
-        texts[i] = reading.possibleStates[i];
+        texts[i] = reading.possibleStates + i * state_size;
     }
     return SetArray(instance, "PossibleStates", NewTexts(broker, texts, reading.possibleStateCount),
                     CMPI_stringA);
 }
 
-bool SetProperties(const CMPIBroker *broker, const Instance &instance, const Sensors &sensors, int i,
-                   const Reading &reading) {
+bool SetProperties(const CMPIBroker *broker, const Instance &instance, const Sensors &sensors, int i) {
     constexpr std::uint16_t operational = 2;
     const char *name = Ended(sensors.rows[i].SensorName);
+    const Reading &reading = sensors.readings[i];
     return SetKey(instance, "SystemCreationClassName", system_class) &&
            SetKey(instance, "SystemName", sensors.serverName) &&
            SetKey(instance, "CreationClassName", class_name) && SetKey(instance, "DeviceID", name) &&
@@ -147,12 +166,12 @@ bool SetProperties(const CMPIBroker *broker, const Instance &instance, const Sen
 }
 
 bool ReturnSensor(const CMPIBroker *broker, const CMPIObjectPath *cop, const char **properties,
-                  const CMPIResult *rslt, const Sensors &sensors, int i, const Reading &reading) {
+                  const CMPIResult *rslt, const Sensors &sensors, int i) {
     const Instance instance = NewInstance(broker, cop, class_name, properties);
     if (instance.inst == nullptr) {
         return false;
     }
-    if (!SetProperties(broker, instance, sensors, i, reading)) {
+    if (!SetProperties(broker, instance, sensors, i)) {
         CMRelease(instance.inst);
         return false;
     }
@@ -203,13 +222,8 @@ EXPORTED void PH_OEM_GI_TemperatureSensor(const CMPIBroker *broker, const CMPICo
     if (ReadKeys(cop, names, values, std::size(names))) {
         const char *keys[] = {CMGetCharsPtr(values[0], nullptr), CMGetCharsPtr(values[1], nullptr),
                               CMGetCharsPtr(values[2], nullptr), CMGetCharsPtr(values[3], nullptr)};
-        const int wanted = StartSensors(sensors) ? FindSensor(sensors, keys) : -1;
-        Reading readings[2]; // of the wanted one, and of the others
-        for (int i = 0; sensors.session && sensors.session->isOpen && i < sensors.count; ++i) {
-            ReadSensor(&sensors.session->session, sensors.rows[i], readings[i == wanted ? 0 : 1]);
-        }
-        sensors.session.reset();
-        if (wanted >= 0 && ReturnSensor(broker, cop, properties, rslt, sensors, wanted, readings[0])) {
+        const int found = ReadSensors(sensors, false) ? FindSensor(sensors, keys) : -1;
+        if (found >= 0 && ReturnSensor(broker, cop, properties, rslt, sensors, found)) {
             return;
         }
     }
@@ -220,14 +234,9 @@ EXPORTED void PH_OEM_EI_TemperatureSensor(const CMPIBroker *broker, const CMPICo
                                           const CMPIObjectPath *cop, const char **properties,
                                           const CMPIResult *rslt, CMPIStatus *status) {
     Sensors sensors;
-    bool isDone = StartSensors(sensors);
+    bool isDone = ReadSensors(sensors, false);
     for (int i = 0; isDone && i < sensors.count; ++i) {
-        Reading reading;
-        ReadSensor(&sensors.session->session, sensors.rows[i], reading);
-        if (i + 1 == sensors.count) {
-            sensors.session.reset(); // not longer than it is needed
-        }
-        isDone = ReturnSensor(broker, cop, properties, rslt, sensors, i, reading);
+        isDone = ReturnSensor(broker, cop, properties, rslt, sensors, i);
     }
     if (!isDone) {
         Fail(broker, status, "Failed to Enumerate Instance");
@@ -238,8 +247,7 @@ EXPORTED void PH_OEM_EIN_TemperatureSensor(const CMPIBroker *broker, const CMPIC
                                            const CMPIObjectPath *cop, const CMPIResult *rslt,
                                            CMPIStatus *status) {
     Sensors sensors;
-    bool isDone = StartSensors(sensors);
-    sensors.session.reset();
+    bool isDone = ReadSensors(sensors, true);
     for (int i = 0; isDone && i < sensors.count; ++i) {
         isDone = ReturnName(broker, cop, rslt, sensors, i);
     }

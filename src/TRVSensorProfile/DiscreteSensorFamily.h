@@ -61,6 +61,11 @@ int ListDiscreteSensors(const DiscreteSensorClass &sensorClass, Listing<R> listi
 // The same for a class whose record is the NumericSensorRecord.
 int ListDiscreteSensors(const DiscreteSensorClass &sensorClass, Listing<NumericSensorRecord> listing);
 
+// The column of a class whose possible states come from the back end, each text a block of its own.
+template <typename R> void FreeForeignStates(void *record) {
+    FreeTexts(SensorOf(*static_cast<R *>(record)).PossibleStates);
+}
+
 // clang-format off
 
 #define DECLARE_DISCRETE_SENSOR_CLASS(C)                                                                     \
@@ -76,6 +81,6 @@ int ListDiscreteSensors(const DiscreteSensorClass &sensorClass, Listing<NumericS
     static int List(Listing<C##Record> listing) {                                                            \
         return ListDiscreteSensors({type, otherType, "Failed to get " text " info"}, listing);               \
     }                                                                                                        \
-    EXPORT_DISCRETE_SENSOR_COLUMNS(C, "State of the server's: " text ".", FreePossibleStates<C##Record>,     \
+    EXPORT_DISCRETE_SENSOR_COLUMNS(C, "State of the server's: " text ".", FreeForeignStates<C##Record>,      \
                                    discrete_sensor_columns<>)
 // clang-format on

@@ -72,31 +72,49 @@ void SetThresholds(NumericSensorRecord &record, std::initializer_list<std::int32
     }
 }
 
+namespace {
+
+// Makes room for `number` texts and lets the slots point to them. False, and the slots as they were, without
+// memory.
+bool ReserveTexts(NumericSensorRecord &record, int number, std::size_t size) {
+    void *block = std::realloc(record.PossibleStates[0], static_cast<std::size_t>(number) * size);
+    if (block == nullptr) {
+        TRACE(TraceFailure, "Memory Allocation Failed for PossibleStates");
+        return false;
+    }
+    auto *text = static_cast<char *>(block);
+    for (int i = 0; i < number; ++i, text += size) {
+        record.PossibleStates[i] = text;
+    }
+    return true;
+}
+
+} // namespace
+
 void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &states) {
-    // Not by calloc, which in many C libraries is the slower way to a small block.
+    constexpr int slots = std::extent_v<decltype(record.PossibleStates)>;
     const auto size = static_cast<std::size_t>(states.size);
-    int number = states.number();
-    int i = 0;
-    for (; i < number && i < static_cast<int>(std::size(record.PossibleStates)); ++i) {
-        char *&slot = record.PossibleStates[i];
-        if (slot == nullptr) {
-            slot = static_cast<char *>(std::malloc(size));
+    int number = std::min(states.number(), slots);
+    int room = 0;
+    int used = 0;
+    for (; used < number; ++used) {
+        if (used == room && !ReserveTexts(record, number, size)) {
+            break;
         }
-        if (slot != nullptr) {
-            std::memset(slot, 0, size);
-            states.text(i, slot, states.size);
-            slot[states.size - 1] = '\0';
-        } else {
-            TRACE(TraceFailure, "Memory Allocation Failed for PossibleStates");
-        }
+        room = std::max(room, number);
+        char *text = record.PossibleStates[used];
+        std::memset(text, 0, size);
+        states.text(used, text, states.size);
+        text[size - 1] = '\0';
         if (states.numberPerText) {
-            number = states.number();
+            number = std::min(states.number(), slots);
         }
     }
-    // A record that is filled again may have had a longer list.
-    for (; i < static_cast<int>(std::size(record.PossibleStates)) && record.PossibleStates[i] != nullptr;
-         ++i) {
-        std::free(std::exchange(record.PossibleStates[i], nullptr));
+    if (used == 0) {
+        std::free(record.PossibleStates[0]);
+    }
+    for (int i = used; i < slots && record.PossibleStates[i] != nullptr; ++i) {
+        record.PossibleStates[i] = nullptr;
     }
 }
 

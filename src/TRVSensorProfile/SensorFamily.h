@@ -68,8 +68,9 @@ struct PossibleStates {
     bool numberPerText = false; // the number is asked anew before each text
 };
 
-// The texts of the possible states, each a zeroed heap block of the record's: those that it has, and new
-// ones. A text for which there is no memory stays out, with a trace line.
+// The texts of the possible states, zeroed before they are asked for. They lie in one heap block of the
+// record's, that of its first text; a record that has one is given it again, as large as it must be. Without
+// memory for it the list ends there, with a trace line.
 void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &states);
 
 // The head of a record: the record itself, or its first member.
@@ -86,10 +87,10 @@ template <typename R> void ClearSensor(void *record) {
     ClearLists(SensorOf(*static_cast<R *>(record)));
 }
 template <typename R> void FreePossibleStates(void *record) {
-    FreeTexts(SensorOf(*static_cast<R *>(record)).PossibleStates);
+    std::free(SensorOf(*static_cast<R *>(record)).PossibleStates[0]);
 }
 
-// Another for those whose possible states come from FillPossibleStates, which takes the texts that are there.
+// Another for those whose possible states come from FillPossibleStates, which takes the block that is there.
 template <typename R> void RecycleSensor(void *record) {
     constexpr std::size_t behind_keys = offsetof(NumericSensorRecord, SensorType);
     constexpr std::size_t states = offsetof(NumericSensorRecord, PossibleStates);
@@ -198,8 +199,8 @@ int GetFullSdrs(int sensorType, int entityId, FullSdrRow **rows, int *count);
 // Exports a class of sensors that lists them by `List`; `free` is the column that frees what a record owns.
 #define EXPORT_SENSOR_COLUMNS(C, text, free, keyColumns, propertyColumns, ...)                               \
     EXPORT_COLUMNS(C, text, keyColumns, propertyColumns, .superclass = "TRV_NumericSensor",                  \
-                   .list = ListUntyped<C##Record, List>, .clear = ClearSensor<C##Record>, .freeOwned = free, \
-                   __VA_ARGS__);                                                                             \
+                   .list = ListUntyped<C##Record, List>, .listsInSession = true,                             \
+                   .clear = ClearSensor<C##Record>, .freeOwned = free, __VA_ARGS__);                         \
     void PH_OEM_Clean_##C(C##Record **records, int count) {                                                  \
         CleanRecords(C##Class, records, count);                                                               \
     }                                                                                                        \

@@ -30,7 +30,7 @@ int List(Listing<R> listing) {
 
 void FreeOwned(void *record) {
     FreeTexts(static_cast<R *>(record)->BMCRequestPending);
-    FreePossibleStates<R>(record);
+    FreeForeignStates<R>(record);
 }
 
 } // namespace

@@ -142,9 +142,12 @@ int ListRecords(RecordListing &records) {
     const ClassTable &table = records.table;
     TRACE_CLASS(TraceProgress, "Entering PH_OEM_Enum_%s_Instance", table.name);
     const int result = table.list(records);
-    NextRecord(records); // ends the last one
-    if (KeepsOneRecord(records) && records.block != nullptr) {
-        FreeOwned(table, RecordAt(records, records.count)); // recycled
+    if (result != -1) {
+        NextRecord(records); // ends the last one
+    }
+    // One that is recycled, or was being made when the list failed, isn't counted.
+    if (records.block != nullptr && (KeepsOneRecord(records) || result == -1)) {
+        FreeOwned(table, RecordAt(records, records.count));
     }
     return result;
 }
@@ -296,7 +299,9 @@ namespace {
 
 // Answers with all records: as the class lists them, or once its Enum is done. False on failure.
 bool AnswerRecords(const ClassTable &table, RecordAnswer &answer) {
-    RecordListing records{.table = table, .namesOnly = answer.namesOnly, .answer = &answer};
+    const bool isAnsweredAtOnce = answer.namesOnly || !table.listsInSession;
+    RecordListing records{
+        .table = table, .namesOnly = answer.namesOnly, .answer = isAnsweredAtOnce ? &answer : nullptr};
     const RecordsOwner owner{&records};
     if (!EnumerateRecords(records)) {
         return false;

@@ -218,6 +218,7 @@ struct ClassTable {
     // owns, and what makes one that an earlier row filled fit for the next, whose keys it has already; its
     // blocks may stay. Without the last it is zeroed.
     int (*list)(struct RecordListing &listing) = nullptr;
+    bool listsInSession = false; // instances wait for the end of the list: no client may hold its session
     void (*clear)(void *record) = nullptr;
     void (*freeOwned)(void *record) = nullptr;
     void (*recycle)(void *record) = nullptr;
