@@ -76,13 +76,12 @@ namespace {
 
 // Makes room for `number` texts and lets the slots point to them. False, and the slots as they were, without
 // memory.
-bool ReserveTexts(NumericSensorRecord &record, int number, std::size_t size) {
-    void *block = std::realloc(record.PossibleStates[0], static_cast<std::size_t>(number) * size);
-    if (block == nullptr) {
-        TRACE(TraceFailure, "Memory Allocation Failed for PossibleStates");
+bool ReserveTexts(NumericSensorRecord &record, int number, int size) {
+    const std::size_t room = static_cast<std::size_t>(number) * static_cast<std::size_t>(size);
+    auto *text = static_cast<char *>(std::realloc(record.PossibleStates[0], room));
+    if (text == nullptr) {
         return false;
     }
-    auto *text = static_cast<char *>(block);
     for (int i = 0; i < number; ++i, text += size) {
         record.PossibleStates[i] = text;
     }
@@ -93,28 +92,34 @@ bool ReserveTexts(NumericSensorRecord &record, int number, std::size_t size) {
 
 void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &states) {
     constexpr int slots = std::extent_v<decltype(record.PossibleStates)>;
-    const auto size = static_cast<std::size_t>(states.size);
+    char lost[largest_state];
     int number = std::min(states.number(), slots);
-    int room = 0;
-    int used = 0;
-    for (; used < number; ++used) {
-        if (used == room && !ReserveTexts(record, number, size)) {
-            break;
+    int room = 0; // in the block, for texts
+    int i = 0;
+    for (; i < number; ++i) {
+        if (i == room && ReserveTexts(record, number, states.size)) {
+            room = number;
         }
-        room = std::max(room, number);
-        char *text = record.PossibleStates[used];
-        std::memset(text, 0, size);
-        states.text(used, text, states.size);
-        text[size - 1] = '\0';
-        if (states.numberPerText) {
+        const bool hasSlot = i < room;
+        if (!hasSlot) {
+            TRACE(TraceFailure, "Memory Allocation Failed for PossibleStates");
+        }
+        if (hasSlot || !states.perSlot) {
+            char *text = hasSlot ? record.PossibleStates[i] : lost;
+            std::memset(text, 0, static_cast<std::size_t>(states.size));
+            states.text(i, text, states.size);
+            text[states.size - 1] = '\0';
+        }
+        if (states.perSlot) {
             number = std::min(states.number(), slots);
         }
     }
+    const int used = std::min(i, room);
     if (used == 0) {
         std::free(record.PossibleStates[0]);
     }
-    for (int i = used; i < slots && record.PossibleStates[i] != nullptr; ++i) {
-        record.PossibleStates[i] = nullptr;
+    for (int slot = used; slot < slots && record.PossibleStates[slot] != nullptr; ++slot) {
+        record.PossibleStates[slot] = nullptr;
     }
 }
 

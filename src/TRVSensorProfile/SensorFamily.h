@@ -64,13 +64,15 @@ void SetThresholds(NumericSensorRecord &record, std::initializer_list<std::int32
 struct PossibleStates {
     int (*number)();
     void (*text)(int index, char *text, int size);
-    int size;                   // room for one text
-    bool numberPerText = false; // the number is asked anew before each text
+    int size; // room for one text, at most `largest_state`
+    bool perSlot =
+        false; // the number is asked anew before each text, and only a text that has a slot is asked for
 };
+constexpr int largest_state = 256;
 
 // The texts of the possible states, zeroed before they are asked for. They lie in one heap block of the
-// record's, that of its first text; a record that has one is given it again, as large as it must be. Without
-// memory for it the list ends there, with a trace line.
+// record's, that of its first text; a record that has one is given it again, as large as it must be. A text
+// without memory leaves its slot empty, with a trace line, and ends the list.
 void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &states);
 
 // The head of a record: the record itself, or its first member.

@@ -25,7 +25,7 @@ constexpr SensorKind kind = {.sensorType = 14, .enabledState = 5, .baseUnits = 7
 constexpr PossibleStates possible_states = {.number = Zbr_CimIpmi_GetPPSensorNumOfPossibleState,
                                             .text = Zbr_CimIpmi_GetPPSensorPossibleState,
                                             .size = 256,
-                                            .numberPerText = true};
+                                            .perSlot = true};
 
 void FillRecord(IpmiSession *session, const FullSdrRow &row, R &record) {
     SetSensorName(record);
