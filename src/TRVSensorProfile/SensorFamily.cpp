@@ -92,7 +92,7 @@ bool ReserveTexts(NumericSensorRecord &record, int number, int size) {
 
 void FillPossibleStates(NumericSensorRecord &record, const PossibleStates &states) {
     constexpr int slots = std::extent_v<decltype(record.PossibleStates)>;
-    char lost[largest_state];
+    char lost[largest_state] = "";
     int number = std::min(states.number(), slots);
     int room = 0; // in the block, for texts
     int i = 0;
